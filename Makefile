@@ -1,0 +1,44 @@
+# Tilmora's two everyday commands: `make run` and `make test`.
+# Everything else (configure, build, sanitizer run, benchmarks) hangs off these targets.
+
+BUILD_DIR ?= build
+SANITIZE_DIR ?= build-sanitize
+JOBS ?= $(shell nproc)
+CMAKE_FLAGS ?=
+
+.PHONY: all bootstrap configure build test test-sanitize bench run format clean
+
+all: build
+
+bootstrap:
+	@scripts/bootstrap.sh
+
+configure: bootstrap
+	@cmake -S . -B $(BUILD_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo $(CMAKE_FLAGS)
+
+build: configure
+	@cmake --build $(BUILD_DIR) --parallel $(JOBS)
+
+test: build
+	@ctest --test-dir $(BUILD_DIR) --output-on-failure --parallel $(JOBS) --timeout 300
+
+# The unit tests once more, built with AddressSanitizer and UndefinedBehaviorSanitizer.
+test-sanitize: bootstrap
+	@cmake -S . -B $(SANITIZE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTILMORA_SANITIZE=ON \
+		-DTILMORA_BUILD_BENCHMARKS=OFF $(CMAKE_FLAGS)
+	@cmake --build $(SANITIZE_DIR) --parallel $(JOBS)
+	@ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
+		ctest --test-dir $(SANITIZE_DIR) --label-regex unit --output-on-failure \
+		--parallel $(JOBS) --timeout 600
+
+bench: build
+	@scripts/run-benchmarks.sh $(BUILD_DIR)
+
+run: build
+	@scripts/run.sh $(BUILD_DIR)
+
+format:
+	@git ls-files '*.cpp' '*.h' | xargs clang-format -i
+
+clean:
+	@rm -rf $(BUILD_DIR) $(SANITIZE_DIR)

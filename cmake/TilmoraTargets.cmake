@@ -1,0 +1,30 @@
+# Shared compile settings for every Tilmora target.
+
+set(TILMORA_WARNINGS -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast
+                     -Woverloaded-virtual -Wimplicit-fallthrough)
+
+if(TILMORA_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
+# tilmora_library(<name> SOURCES ... LINKS ...): one static library per layer.
+function(tilmora_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    target_compile_options(${name} PRIVATE ${TILMORA_WARNINGS})
+    target_compile_definitions(${name} PUBLIC QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
+    target_link_libraries(${name} PUBLIC ${ARG_LINKS})
+endfunction()
+
+# tilmora_test(<name> LABEL <label> SOURCES ... LINKS ...): one GoogleTest executable whose
+# cases ctest lists one by one.
+function(tilmora_test name)
+    cmake_parse_arguments(ARG "" "LABEL" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_compile_options(${name} PRIVATE ${TILMORA_WARNINGS})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock GTest::gtest_main)
+    gtest_discover_tests(${name} PROPERTIES LABELS ${ARG_LABEL} DISCOVERY_TIMEOUT 60)
+endfunction()
