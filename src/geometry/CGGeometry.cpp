@@ -11,11 +11,17 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 }
 
-CGRect CGRect::null() { return {infinity, infinity, 0, 0}; }
+CGRect CGRect::null() {
+    return {infinity, infinity, 0, 0};
+}
 
-bool CGRect::isNull() const { return std::isinf(origin.x) || std::isinf(origin.y); }
+bool CGRect::isNull() const {
+    return std::isinf(origin.x) || std::isinf(origin.y);
+}
 
-bool CGRect::isEmpty() const { return isNull() || size.width == 0 || size.height == 0; }
+bool CGRect::isEmpty() const {
+    return isNull() || size.width == 0 || size.height == 0;
+}
 
 CGRect CGRect::standardized() const {
     CGRect result = *this;
@@ -30,14 +36,30 @@ CGRect CGRect::standardized() const {
     return result;
 }
 
-double CGRect::minX() const { return standardized().origin.x; }
-double CGRect::minY() const { return standardized().origin.y; }
-double CGRect::width() const { return std::abs(size.width); }
-double CGRect::height() const { return std::abs(size.height); }
-double CGRect::midX() const { return minX() + width() * 0.5; }
-double CGRect::midY() const { return minY() + height() * 0.5; }
-double CGRect::maxX() const { return minX() + width(); }
-double CGRect::maxY() const { return minY() + height(); }
+double CGRect::minX() const {
+    return standardized().origin.x;
+}
+double CGRect::minY() const {
+    return standardized().origin.y;
+}
+double CGRect::width() const {
+    return std::abs(size.width);
+}
+double CGRect::height() const {
+    return std::abs(size.height);
+}
+double CGRect::midX() const {
+    return minX() + width() * 0.5;
+}
+double CGRect::midY() const {
+    return minY() + height() * 0.5;
+}
+double CGRect::maxX() const {
+    return minX() + width();
+}
+double CGRect::maxY() const {
+    return minY() + height();
+}
 
 CGRect CGRect::clamped(const CGRect& bounds, CGSize minimumSize) const {
     const double w = std::min(bounds.width(), std::max(size.width, minimumSize.width));
@@ -54,7 +76,9 @@ bool CGRect::isClose(const CGRect& other, double tolerance) const {
            std::abs(height() - other.height()) <= tolerance;
 }
 
-bool operator==(const CGRect& a, const CGRect& b) { return CGRectEqualToRect(a, b); }
+bool operator==(const CGRect& a, const CGRect& b) {
+    return CGRectEqualToRect(a, b);
+}
 
 CGRect CGRectIntegral(const CGRect& rect) {
     if (rect.isNull()) {

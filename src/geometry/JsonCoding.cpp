@@ -21,13 +21,12 @@ std::optional<double> wholeNumber(const QJsonValue& value) {
     return number;
 }
 
-// One JSON value in its compact text form.
+} // namespace
+
 QByteArray writeValue(const QJsonValue& value) {
     const QByteArray wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return wrapped.mid(1, wrapped.size() - 2);
 }
-
-} // namespace
 
 std::optional<std::uint32_t> toUInt32(const QJsonValue& value) {
     const auto number = wholeNumber(value);
@@ -81,6 +80,16 @@ std::optional<QJsonArray> parseArray(const QByteArray& data) {
         return std::nullopt;
     }
     return document.array();
+}
+
+std::optional<QJsonValue> parseValue(const QByteArray& data) {
+    // The document parser takes only arrays and objects at the top level, so the value is read
+    // as the single element of an array.
+    const auto array = parseArray(QByteArray("[") + data + QByteArray("]"));
+    if (!array || array->size() != 1) {
+        return std::nullopt;
+    }
+    return array->first();
 }
 
 QByteArray writeObject(const std::vector<Field>& fields) {

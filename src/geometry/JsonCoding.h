@@ -24,6 +24,11 @@ std::optional<QString> toString(const QJsonValue& value);
 // The top-level object or array of a document; nothing when the bytes are not such a document.
 std::optional<QJsonObject> parseObject(const QByteArray& data);
 std::optional<QJsonArray> parseArray(const QByteArray& data);
+// Any single top-level value, also a bare string or number.
+std::optional<QJsonValue> parseValue(const QByteArray& data);
+
+// One value in its compact text form.
+QByteArray writeValue(const QJsonValue& value);
 
 using Field = std::pair<QString, QJsonValue>;
 

@@ -69,14 +69,14 @@ TEST_P(InsetTest, ShrinksOrBecomesNull) {
     EXPECT_EQ(CGRectInset(c.input, c.dx, c.dy), c.expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rectangles, InsetTest,
-    ::testing::Values(InsetCase{{0, 25, 1440, 875}, 8, 8, {8, 33, 1424, 859}},
-                      InsetCase{{0, 0, 100, 100}, -5, -5, {-5, -5, 110, 110}},
-                      InsetCase{{0, 0, 100, 100}, 50, 0, {50, 0, 0, 100}},
-                      InsetCase{{0, 0, 100, 100}, 50.5, 0, CGRect::null()},
-                      InsetCase{{0, 0, 100, 10}, 0, 6, CGRect::null()},
-                      InsetCase{{100, 100, -100, -100}, 10, 10, {10, 10, 80, 80}}));
+INSTANTIATE_TEST_SUITE_P(Rectangles, InsetTest,
+                         ::testing::Values(InsetCase{{0, 25, 1440, 875}, 8, 8, {8, 33, 1424, 859}},
+                                           InsetCase{{0, 0, 100, 100}, -5, -5, {-5, -5, 110, 110}},
+                                           InsetCase{{0, 0, 100, 100}, 50, 0, {50, 0, 0, 100}},
+                                           InsetCase{{0, 0, 100, 100}, 50.5, 0, CGRect::null()},
+                                           InsetCase{{0, 0, 100, 10}, 0, 6, CGRect::null()},
+                                           InsetCase{
+                                               {100, 100, -100, -100}, 10, 10, {10, 10, 80, 80}}));
 
 struct IntersectionCase {
     CGRect a, b;
@@ -93,14 +93,13 @@ TEST_P(IntersectionTest, IsSymmetricAndNullWhenDisjoint) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rectangles, IntersectionTest,
-    ::testing::Values(
-        IntersectionCase{{0, 0, 100, 100}, {50, 50, 100, 100}, {50, 50, 50, 50}},
-        IntersectionCase{{0, 0, 100, 100}, {200, 0, 10, 10}, CGRect::null()},
-        // Touching edges share a line: empty, but not null.
-        IntersectionCase{{0, 0, 1440, 900}, {1440, 0, 1920, 1080}, {1440, 0, 0, 900}},
-        IntersectionCase{{0, 0, 100, 100}, {10, 10, 10, 10}, {10, 10, 10, 10}},
-        IntersectionCase{{100, 100, -50, -50}, {0, 0, 60, 60}, {50, 50, 10, 10}},
-        IntersectionCase{CGRect::null(), {0, 0, 10, 10}, CGRect::null()}));
+    ::testing::Values(IntersectionCase{{0, 0, 100, 100}, {50, 50, 100, 100}, {50, 50, 50, 50}},
+                      IntersectionCase{{0, 0, 100, 100}, {200, 0, 10, 10}, CGRect::null()},
+                      // Touching edges share a line: empty, but not null.
+                      IntersectionCase{{0, 0, 1440, 900}, {1440, 0, 1920, 1080}, {1440, 0, 0, 900}},
+                      IntersectionCase{{0, 0, 100, 100}, {10, 10, 10, 10}, {10, 10, 10, 10}},
+                      IntersectionCase{{100, 100, -50, -50}, {0, 0, 60, 60}, {50, 50, 10, 10}},
+                      IntersectionCase{CGRect::null(), {0, 0, 10, 10}, CGRect::null()}));
 
 struct ContainsCase {
     CGPoint point;
@@ -114,14 +113,12 @@ TEST_P(ContainsPointTest, IncludesMinimumEdgesOnly) {
     EXPECT_EQ(CGRectContainsPoint(r, GetParam().point), GetParam().inside);
 }
 
-INSTANTIATE_TEST_SUITE_P(Points, ContainsPointTest,
-                         ::testing::Values(ContainsCase{{0, 25}, true},
-                                           ContainsCase{{1439.999, 899.999}, true},
-                                           ContainsCase{{1440, 100}, false},
-                                           ContainsCase{{100, 900}, false},
-                                           ContainsCase{{-0.001, 100}, false},
-                                           ContainsCase{{100, 24.5}, false},
-                                           ContainsCase{{nan, 100}, false}));
+INSTANTIATE_TEST_SUITE_P(
+    Points, ContainsPointTest,
+    ::testing::Values(ContainsCase{{0, 25}, true}, ContainsCase{{1439.999, 899.999}, true},
+                      ContainsCase{{1440, 100}, false}, ContainsCase{{100, 900}, false},
+                      ContainsCase{{-0.001, 100}, false}, ContainsCase{{100, 24.5}, false},
+                      ContainsCase{{nan, 100}, false}));
 
 TEST(CGRectTest, NullRectangleContainsNothing) {
     EXPECT_FALSE(CGRectContainsPoint(CGRect::null(), {0, 0}));

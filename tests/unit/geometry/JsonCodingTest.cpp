@@ -28,16 +28,17 @@ TEST_P(StrictNumberTest, AcceptsOnlyWholeNumbersInRange) {
     EXPECT_EQ(json::toInt64(valueOf(c.json)), c.asInt64) << c.json;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, StrictNumberTest,
-    ::testing::Values(NumberCase{"49", 49u, 49}, NumberCase{"0", 0u, 0},
-                      NumberCase{"4294967295", 4294967295u, 4294967295LL},
-                      NumberCase{"4294967296", std::nullopt, 4294967296LL},
-                      NumberCase{"-1", std::nullopt, -1}, NumberCase{"1.5", std::nullopt, std::nullopt},
-                      NumberCase{"40.0", 40u, 40}, NumberCase{"1e30", std::nullopt, std::nullopt},
-                      NumberCase{"\"49\"", std::nullopt, std::nullopt},
-                      NumberCase{"true", std::nullopt, std::nullopt},
-                      NumberCase{"null", std::nullopt, std::nullopt}));
+INSTANTIATE_TEST_SUITE_P(Values, StrictNumberTest,
+                         ::testing::Values(NumberCase{"49", 49u, 49}, NumberCase{"0", 0u, 0},
+                                           NumberCase{"4294967295", 4294967295u, 4294967295LL},
+                                           NumberCase{"4294967296", std::nullopt, 4294967296LL},
+                                           NumberCase{"-1", std::nullopt, -1},
+                                           NumberCase{"1.5", std::nullopt, std::nullopt},
+                                           NumberCase{"40.0", 40u, 40},
+                                           NumberCase{"1e30", std::nullopt, std::nullopt},
+                                           NumberCase{"\"49\"", std::nullopt, std::nullopt},
+                                           NumberCase{"true", std::nullopt, std::nullopt},
+                                           NumberCase{"null", std::nullopt, std::nullopt}));
 
 TEST(JsonCodingTest, MissingKeyIsNoValueOfAnyType) {
     const QJsonObject empty;
@@ -59,7 +60,8 @@ TEST(JsonCodingTest, WritesKeysInTheGivenOrderCompactly) {
         json::writeObject({{QStringLiteral("keyCode"), 49},
                            {QStringLiteral("modifiers"), 6144},
                            {QStringLiteral("keyLabel"), QStringLiteral("Sp\"ace ⌃")}});
-    EXPECT_EQ(written, QByteArray("{\"keyCode\":49,\"modifiers\":6144,\"keyLabel\":\"Sp\\\"ace ⌃\"}"));
+    EXPECT_EQ(written,
+              QByteArray("{\"keyCode\":49,\"modifiers\":6144,\"keyLabel\":\"Sp\\\"ace ⌃\"}"));
     EXPECT_EQ(json::writeArray({"{}", "[1]"}), QByteArray("[{},[1]]"));
     EXPECT_EQ(json::writeArray({}), QByteArray("[]"));
 }
