@@ -1,0 +1,10 @@
+// Lets GoogleTest show QStrings as text in failure messages and parameter names.
+#pragma once
+
+#include <QString>
+
+#include <ostream>
+
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
