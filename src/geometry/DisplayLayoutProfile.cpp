@@ -75,32 +75,14 @@ DisplayLayoutProfile::decodeList(const QByteArray& data) {
     if (!array) {
         return std::nullopt;
     }
-    std::vector<DisplayLayoutProfile> profiles;
-    for (const QJsonValue& element : *array) {
-        if (!element.isObject()) {
-            return std::nullopt;
-        }
-        auto profile = fromJson(element.toObject());
-        if (!profile) {
-            return std::nullopt;
-        }
-        profiles.push_back(std::move(*profile));
-    }
-    return profiles;
+    return json::decodeArray(*array, [](const QJsonValue& element) {
+        return element.isObject() ? fromJson(element.toObject()) : std::nullopt;
+    });
 }
 
 std::optional<QByteArray>
 DisplayLayoutProfile::encodeList(const std::vector<DisplayLayoutProfile>& profiles) {
-    std::vector<QByteArray> elements;
-    elements.reserve(profiles.size());
-    for (const DisplayLayoutProfile& profile : profiles) {
-        auto element = profile.encode();
-        if (!element) {
-            return std::nullopt;
-        }
-        elements.push_back(std::move(*element));
-    }
-    return json::writeArray(elements);
+    return json::encodeArray(profiles, [](const DisplayLayoutProfile& p) { return p.encode(); });
 }
 
 size_t qHash(const DisplayLayoutProfile& profile, size_t seed) {

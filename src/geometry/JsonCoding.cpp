@@ -93,6 +93,15 @@ std::optional<QJsonValue> parseValue(const QByteArray& data) {
 }
 
 QByteArray writeObject(const std::vector<Field>& fields) {
+    std::vector<EncodedField> encoded;
+    encoded.reserve(fields.size());
+    for (const Field& field : fields) {
+        encoded.emplace_back(field.first, writeValue(field.second));
+    }
+    return writeEncodedObject(encoded);
+}
+
+QByteArray writeEncodedObject(const std::vector<EncodedField>& fields) {
     QByteArray out = "{";
     for (std::size_t i = 0; i < fields.size(); ++i) {
         if (i > 0) {
@@ -100,7 +109,7 @@ QByteArray writeObject(const std::vector<Field>& fields) {
         }
         out += writeValue(fields[i].first);
         out += ':';
-        out += writeValue(fields[i].second);
+        out += fields[i].second;
     }
     out += '}';
     return out;

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -31,10 +32,47 @@ std::optional<QJsonValue> parseValue(const QByteArray& data);
 QByteArray writeValue(const QJsonValue& value);
 
 using Field = std::pair<QString, QJsonValue>;
+// A key with its value already written as compact JSON text.
+using EncodedField = std::pair<QString, QByteArray>;
 
 // A compact object with the keys in the order given.
 QByteArray writeObject(const std::vector<Field>& fields);
+// The same from values already encoded, so that nested records keep their own key order.
+QByteArray writeEncodedObject(const std::vector<EncodedField>& fields);
 // A compact array of already encoded elements.
 QByteArray writeArray(const std::vector<QByteArray>& elements);
+
+// Every element read with `decode` (QJsonValue to std::optional<T>); nothing when any element
+// fails, so that one malformed record never yields a partial list.
+template <typename Decode>
+auto decodeArray(const QJsonArray& array, Decode decode)
+    -> std::optional<std::vector<typename std::invoke_result_t<Decode, QJsonValue>::value_type>> {
+    std::vector<typename std::invoke_result_t<Decode, QJsonValue>::value_type> items;
+    items.reserve(static_cast<std::size_t>(array.size()));
+    for (const QJsonValue& element : array) {
+        auto item = decode(element);
+        if (!item) {
+            return std::nullopt;
+        }
+        items.push_back(std::move(*item));
+    }
+    return items;
+}
+
+// The array of every item written with `encode` (item to std::optional<QByteArray>); nothing
+// when any item cannot be written.
+template <typename Item, typename Encode>
+std::optional<QByteArray> encodeArray(const std::vector<Item>& items, Encode encode) {
+    std::vector<QByteArray> elements;
+    elements.reserve(items.size());
+    for (const Item& item : items) {
+        std::optional<QByteArray> element = encode(item);
+        if (!element) {
+            return std::nullopt;
+        }
+        elements.push_back(std::move(*element));
+    }
+    return writeArray(elements);
+}
 
 } // namespace tilmora::json

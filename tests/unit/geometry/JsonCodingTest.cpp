@@ -66,6 +66,17 @@ TEST(JsonCodingTest, WritesKeysInTheGivenOrderCompactly) {
     EXPECT_EQ(json::writeArray({}), QByteArray("[]"));
 }
 
+TEST(JsonCodingTest, NestedRecordsKeepTheirOwnKeyOrder) {
+    const QByteArray frame =
+        json::writeObject({{QStringLiteral("x"), 100.0}, {QStringLiteral("width"), 0.25}});
+    const QByteArray written = json::writeEncodedObject(
+        {{QStringLiteral("title"), json::writeValue(QStringLiteral("a\"b"))},
+         {QStringLiteral("frame"), frame},
+         {QStringLiteral("list"), json::writeArray({frame})}});
+    EXPECT_EQ(written, QByteArray("{\"title\":\"a\\\"b\",\"frame\":{\"x\":100,\"width\":0.25},"
+                                  "\"list\":[{\"x\":100,\"width\":0.25}]}"));
+}
+
 TEST(JsonCodingTest, RejectsDocumentsOfTheWrongShape) {
     EXPECT_FALSE(json::parseObject("[1,2]"));
     EXPECT_FALSE(json::parseObject("{\"a\":"));

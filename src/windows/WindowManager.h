@@ -1,0 +1,61 @@
+// The one class that reads and writes other applications' windows through the window system:
+// which windows can be arranged, how each is identified, and which one a command acts on.
+#pragma once
+
+#include "platform/RunningApplication.h"
+#include "platform/WindowSystem.h"
+#include "windows/ManagedWindow.h"
+#include "windows/WindowManagerError.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <expected>
+#include <optional>
+#include <vector>
+
+namespace tilmora {
+
+class WindowManager {
+public:
+    static constexpr double minimumWindowWidth = 80;
+    static constexpr double minimumWindowHeight = 60;
+
+    // `ownBundleIdentifier` is this application's id: its windows are never listed or targeted.
+    WindowManager(WindowSystem& windowSystem, std::optional<QString> ownBundleIdentifier,
+                  double placementTolerance = 3.0);
+
+    const std::optional<QString>& ownBundleIdentifier() const { return ownBundleIdentifier_; }
+    double placementTolerance() const { return placementTolerance_; }
+
+    // The standard windows of every other regular application, sorted by application name and
+    // then title; empty without access.
+    std::vector<ManagedWindow> allWindows() const;
+
+    // The window a command acts on: the one the user picked, else the focused window of the
+    // frontmost application, else that of the application last worked in.
+    std::expected<ManagedWindow, WindowManagerError>
+    targetWindow(const std::optional<QString>& selectedWindowID,
+                 std::optional<std::int32_t> fallbackPID) const;
+
+private:
+    bool isOwnApplication(const RunningApplication& app) const;
+    std::vector<ManagedWindow> windows(const RunningApplication& app) const;
+    std::optional<ManagedWindow> focusedWindow(const RunningApplication& app) const;
+    std::optional<WindowElement> focusedElement(std::int32_t processIdentifier) const;
+    bool isStandardWindow(WindowElement window) const;
+    std::optional<CGRect> readFrame(WindowElement window) const;
+    ManagedWindow makeWindow(const RunningApplication& app, WindowElement window,
+                             const CGRect& frame, int index, bool isFocused) const;
+
+    WindowSystem& windowSystem_;
+    std::optional<QString> ownBundleIdentifier_;
+    double placementTolerance_;
+};
+
+// "<application id or pid-N>-<pid>-<index>-<title>"; the frame is deliberately not part of it.
+QString stableWindowID(const RunningApplication& app, const QString& title, int index);
+// Its localized name, else its id, else "Unknown App".
+QString applicationName(const RunningApplication& app);
+
+} // namespace tilmora
