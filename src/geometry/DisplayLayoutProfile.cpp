@@ -13,6 +13,14 @@ namespace tilmora {
 
 const std::set<std::int64_t> DisplayLayoutProfile::legacyDefaultRows{1, 2};
 
+std::int64_t DisplayLayoutProfile::clampedColumns(std::int64_t columns) {
+    return std::clamp(columns, minimumColumns, maximumColumns);
+}
+
+std::int64_t DisplayLayoutProfile::clampedRows(std::int64_t rows) {
+    return std::clamp(rows, minimumRows, maximumRows);
+}
+
 double DisplayLayoutProfile::clampedGap(double gap) {
     if (!std::isfinite(gap)) {
         return 0;
@@ -38,8 +46,8 @@ DisplayLayoutProfile::normalized(const std::vector<DisplayLayoutProfile>& profil
             next.columns = 2;
             next.rows = 1;
         }
-        next.columns = std::clamp(next.columns, minimumColumns, maximumColumns);
-        next.rows = std::clamp(next.rows, minimumRows, maximumRows);
+        next.columns = clampedColumns(next.columns);
+        next.rows = clampedRows(next.rows);
         next.gap = clampedGap(next.gap);
         result.push_back(next);
     }

@@ -38,7 +38,9 @@ struct DisplayLayoutProfile {
     normalized(const std::vector<DisplayLayoutProfile>& profiles, bool migratingToEdgeToEdge,
                bool migratingDefaultGridToCurrent);
 
-    // A gap in range: non-finite values become 0, the rest are clamped to 0 ... 32.
+    // Values in range: columns 1 ... 8, rows 1 ... 6, gap 0 ... 32 with non-finite gaps as 0.
+    static std::int64_t clampedColumns(std::int64_t columns);
+    static std::int64_t clampedRows(std::int64_t rows);
     static double clampedGap(double gap);
 
     // All five keys are required with their types; unknown keys are ignored; ranges are not

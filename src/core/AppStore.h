@@ -1,0 +1,240 @@
+// The application's one central state object. It owns the controllers, publishes what the views
+// show, keeps displays, windows and grid profiles current through a periodic refresh, remembers
+// the application the user last worked in, and reports every command as one status line.
+//
+// Its member functions are spread over files by concern: AppStore.cpp (fields and published
+// values), AppStoreSettings.cpp (persistence and migrations), AppStoreRefresh.cpp (start-up and
+// the refresh cycle), AppStoreDisplays.cpp (display selection and grid profiles).
+#pragma once
+
+#include "core/DisplayIdentifierItem.h"
+#include "core/TilmoraSection.h"
+#include "geometry/DisplayGeometry.h"
+#include "geometry/DisplayLayoutProfile.h"
+#include "layouts/SavedLayout.h"
+#include "layouts/SavedLayoutStore.h"
+#include "platform/Platform.h"
+#include "shortcuts/HotKeyShortcut.h"
+#include "shortcuts/PlacementDragModifier.h"
+#include "shortcuts/QuickHotKeyModifiers.h"
+#include "windows/TilmoraWindow.h"
+#include "windows/WindowManager.h"
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace tilmora {
+
+class AppStore : public QObject {
+    Q_OBJECT
+
+    // Each change signal is emitted on every assignment, also when the value is equal.
+    Q_PROPERTY(std::optional<TilmoraSection> selectedSection READ selectedSection WRITE
+                   setSelectedSection NOTIFY selectedSectionChanged)
+    Q_PROPERTY(std::optional<QString> selectedWindowID READ selectedWindowID WRITE
+                   setSelectedWindowID NOTIFY selectedWindowIDChanged)
+    Q_PROPERTY(std::vector<TilmoraWindow> windows READ windows NOTIFY windowsChanged)
+    Q_PROPERTY(std::vector<SavedLayout> savedLayouts READ savedLayouts NOTIFY savedLayoutsChanged)
+    Q_PROPERTY(bool permissionGranted READ permissionGranted NOTIFY permissionGrantedChanged)
+    Q_PROPERTY(std::optional<QString> statusMessage READ statusMessage WRITE setStatusMessage NOTIFY
+                   statusMessageChanged)
+    Q_PROPERTY(QString updateStatusMessage READ updateStatusMessage WRITE setUpdateStatusMessage
+                   NOTIFY updateStatusMessageChanged)
+    Q_PROPERTY(std::optional<QUrl> updateDownloadURL READ updateDownloadURL WRITE
+                   setUpdateDownloadURL NOTIFY updateDownloadURLChanged)
+    Q_PROPERTY(bool isCheckingForUpdates READ isCheckingForUpdates WRITE setCheckingForUpdates
+                   NOTIFY isCheckingForUpdatesChanged)
+    Q_PROPERTY(QString lastTargetAppName READ lastTargetAppName NOTIFY lastTargetAppNameChanged)
+    Q_PROPERTY(std::vector<DisplayGeometry> connectedDisplays READ connectedDisplays NOTIFY
+                   connectedDisplaysChanged)
+    Q_PROPERTY(std::optional<std::uint32_t> pointerDisplayID READ pointerDisplayID NOTIFY
+                   pointerDisplayIDChanged)
+    Q_PROPERTY(std::optional<std::uint32_t> selectedDisplayID READ selectedDisplayID NOTIFY
+                   selectedDisplayIDChanged)
+    Q_PROPERTY(std::vector<DisplayLayoutProfile> displayProfiles READ displayProfiles NOTIFY
+                   displayProfilesChanged)
+    Q_PROPERTY(
+        std::int64_t gridColumns READ gridColumns WRITE setGridColumns NOTIFY gridColumnsChanged)
+    Q_PROPERTY(std::int64_t gridRows READ gridRows WRITE setGridRows NOTIFY gridRowsChanged)
+    Q_PROPERTY(HotKeyShortcut placementHotKey READ placementHotKey NOTIFY placementHotKeyChanged)
+    Q_PROPERTY(QuickHotKeyModifiers quickHotKeyModifiers READ quickHotKeyModifiers NOTIFY
+                   quickHotKeyModifiersChanged)
+    Q_PROPERTY(PlacementDragModifier placementDragModifier READ placementDragModifier WRITE
+                   setPlacementDragModifier NOTIFY placementDragModifierChanged)
+    Q_PROPERTY(double gap READ gap WRITE setGap NOTIFY gapChanged)
+
+public:
+    static constexpr std::chrono::milliseconds refreshInterval{3000};
+    static constexpr std::chrono::milliseconds refreshSoonDelay{250};
+
+    // Loads and migrates the settings; touches no display or window and starts nothing.
+    explicit AppStore(const Platform& platform, QObject* parent = nullptr);
+    ~AppStore() override;
+
+    // --- Published values
+
+    const std::optional<TilmoraSection>& selectedSection() const { return selectedSection_; }
+    void setSelectedSection(std::optional<TilmoraSection> section);
+    const std::optional<QString>& selectedWindowID() const { return selectedWindowID_; }
+    void setSelectedWindowID(std::optional<QString> id);
+    const std::vector<TilmoraWindow>& windows() const { return windows_; }
+    const std::vector<SavedLayout>& savedLayouts() const { return savedLayouts_; }
+    bool permissionGranted() const { return permissionGranted_; }
+    const std::optional<QString>& statusMessage() const { return statusMessage_; }
+    void setStatusMessage(std::optional<QString> message);
+    const QString& updateStatusMessage() const { return updateStatusMessage_; }
+    void setUpdateStatusMessage(QString message);
+    const std::optional<QUrl>& updateDownloadURL() const { return updateDownloadURL_; }
+    void setUpdateDownloadURL(std::optional<QUrl> url);
+    bool isCheckingForUpdates() const { return isCheckingForUpdates_; }
+    void setCheckingForUpdates(bool checking);
+    const QString& lastTargetAppName() const { return lastTargetAppName_; }
+    const std::vector<DisplayGeometry>& connectedDisplays() const { return connectedDisplays_; }
+    const std::optional<std::uint32_t>& pointerDisplayID() const { return pointerDisplayID_; }
+    const std::optional<std::uint32_t>& selectedDisplayID() const { return selectedDisplayID_; }
+    const std::vector<DisplayLayoutProfile>& displayProfiles() const { return displayProfiles_; }
+    std::int64_t gridColumns() const { return gridColumns_; }
+    void setGridColumns(std::int64_t columns);
+    std::int64_t gridRows() const { return gridRows_; }
+    void setGridRows(std::int64_t rows);
+    const HotKeyShortcut& placementHotKey() const { return placementHotKey_; }
+    const QuickHotKeyModifiers& quickHotKeyModifiers() const { return quickHotKeyModifiers_; }
+    const PlacementDragModifier& placementDragModifier() const { return placementDragModifier_; }
+    // Saves the modifier set and reports it in the status line.
+    void setPlacementDragModifier(PlacementDragModifier modifier);
+    double gap() const { return gap_; }
+    // Brings the gap into 0 ... 32 (a non-number becomes 0) and saves it.
+    void setGap(double gap);
+
+    // --- Owned parts and other state
+
+    const WindowManager& windowManager() const { return windowManager_; }
+    std::optional<std::int32_t> lastTargetPID() const { return lastTargetPID_; }
+    bool hasStarted() const { return hasStarted_; }
+
+    // --- Start-up and the refresh cycle
+
+    // Runs once: watches application activation, refreshes, and refreshes every 3 seconds.
+    void start();
+    // Re-reads displays, pointer, permission and windows.
+    void refresh();
+    // One refresh a quarter second from now, so that lists show a window where it was just
+    // placed. Not coalesced: n calls give n refreshes.
+    void refreshSoon();
+    // Asks for access with the system's prompt where it has one, and reports the answer.
+    void requestAccessibilityPermission();
+
+    // --- Displays and their grid profiles
+
+    // The stored profile of the display, else its default profile (not stored).
+    DisplayLayoutProfile displayProfile(const DisplayGeometry& display) const;
+    QHash<std::uint32_t, DisplayLayoutProfile> displayProfileMap() const;
+    // The selected display, else the one under the pointer, else the first.
+    std::optional<DisplayGeometry> activeDisplay() const;
+    DisplayLayoutProfile activeDisplayProfile() const;
+    // 1-based position in the display list.
+    std::optional<int> displayNumber(std::uint32_t displayID) const;
+    void selectDisplay(std::uint32_t displayID);
+    void identifyDisplays();
+    void updateDisplayProfile(std::uint32_t displayID, std::optional<std::int64_t> columns,
+                              std::optional<std::int64_t> rows, std::optional<double> gap);
+    // The active display's profile, or the store-wide defaults when there is none.
+    void updateActiveDisplayProfile(std::optional<std::int64_t> columns,
+                                    std::optional<std::int64_t> rows, std::optional<double> gap);
+    void resetDisplayProfile(std::uint32_t displayID);
+
+Q_SIGNALS:
+    void selectedSectionChanged();
+    void selectedWindowIDChanged();
+    void windowsChanged();
+    void savedLayoutsChanged();
+    void permissionGrantedChanged();
+    void statusMessageChanged();
+    void updateStatusMessageChanged();
+    void updateDownloadURLChanged();
+    void isCheckingForUpdatesChanged();
+    void lastTargetAppNameChanged();
+    void connectedDisplaysChanged();
+    void pointerDisplayIDChanged();
+    void selectedDisplayIDChanged();
+    void displayProfilesChanged();
+    void gridColumnsChanged();
+    void gridRowsChanged();
+    void placementHotKeyChanged();
+    void quickHotKeyModifiersChanged();
+    void placementDragModifierChanged();
+    void gapChanged();
+
+    // The numbered display cards to show, and for how many seconds.
+    void displayIdentificationRequested(const std::vector<DisplayIdentifierItem>& items,
+                                        double seconds);
+
+private:
+    // Assigns and announces, also when the value is unchanged.
+    template <typename T, typename U>
+    void publish(T& field, U&& value, void (AppStore::*changed)()) {
+        field = std::forward<U>(value);
+        Q_EMIT(this->*changed)();
+    }
+
+    // Settings
+    void loadSettings();
+    static HotKeyShortcut loadPlacementHotKey(const Preferences& preferences);
+    static QuickHotKeyModifiers loadQuickHotKeyModifiers(const Preferences& preferences);
+    static PlacementDragModifier loadPlacementDragModifier(const Preferences& preferences);
+    static std::vector<DisplayLayoutProfile>
+    loadDisplayProfiles(const Preferences& preferences, bool migratingToEdgeToEdge,
+                        bool migratingDefaultGridToCurrent);
+    void saveDisplayProfiles();
+    void savePlacementDragModifier(const PlacementDragModifier& modifier);
+
+    // Refresh cycle
+    void observeActiveApplications();
+    void setPermissionGranted(bool granted);
+    std::vector<DisplayGeometry> readDisplays();
+    void updatePointerDisplay(const std::vector<DisplayGeometry>& displays);
+
+    // Displays
+    void syncDisplayProfiles(const std::vector<DisplayGeometry>& displays);
+    void syncSelectedDisplay(const std::vector<DisplayGeometry>& displays);
+    DisplayLayoutProfile defaultProfile(std::uint32_t id, const QString& name) const;
+    void setSelectedDisplayID(std::optional<std::uint32_t> id);
+    void setDisplayProfiles(std::vector<DisplayLayoutProfile> profiles);
+
+    Platform platform_;
+
+    std::optional<TilmoraSection> selectedSection_ = TilmoraSection::arrange;
+    std::optional<QString> selectedWindowID_;
+    std::vector<TilmoraWindow> windows_;
+    std::vector<SavedLayout> savedLayouts_;
+    bool permissionGranted_ = false;
+    std::optional<QString> statusMessage_;
+    QString updateStatusMessage_;
+    std::optional<QUrl> updateDownloadURL_;
+    bool isCheckingForUpdates_ = false;
+    QString lastTargetAppName_;
+    std::vector<DisplayGeometry> connectedDisplays_;
+    std::optional<std::uint32_t> pointerDisplayID_;
+    std::optional<std::uint32_t> selectedDisplayID_;
+    std::vector<DisplayLayoutProfile> displayProfiles_;
+    std::int64_t gridColumns_ = 2;
+    std::int64_t gridRows_ = 1;
+    HotKeyShortcut placementHotKey_;
+    QuickHotKeyModifiers quickHotKeyModifiers_;
+    PlacementDragModifier placementDragModifier_;
+    double gap_ = 0;
+
+    WindowManager windowManager_;
+    SavedLayoutStore savedLayoutStore_;
+    std::optional<TaskToken> refreshTimer_;
+    std::optional<std::int32_t> lastTargetPID_;
+    bool hasStarted_ = false;
+};
+
+} // namespace tilmora
