@@ -8,12 +8,15 @@
 #pragma once
 
 #include "core/DisplayIdentifierItem.h"
+#include "core/PlacementCanvas.h"
 #include "core/TilmoraSection.h"
 #include "geometry/DisplayGeometry.h"
 #include "geometry/DisplayLayoutProfile.h"
+#include "geometry/LayoutAction.h"
 #include "layouts/SavedLayout.h"
 #include "layouts/SavedLayoutStore.h"
 #include "platform/Platform.h"
+#include "shortcuts/HotKeyCenter.h"
 #include "shortcuts/HotKeyShortcut.h"
 #include "shortcuts/PlacementDragModifier.h"
 #include "shortcuts/QuickHotKeyModifiers.h"
@@ -120,7 +123,8 @@ public:
 
     // --- Start-up and the refresh cycle
 
-    // Runs once: watches application activation, refreshes, and refreshes every 3 seconds.
+    // Runs once: watches application activation, refreshes, starts the global hot keys, and
+    // refreshes every 3 seconds.
     void start();
     // Re-reads displays, pointer, permission and windows.
     void refresh();
@@ -148,6 +152,37 @@ public:
     void updateActiveDisplayProfile(std::optional<std::int64_t> columns,
                                     std::optional<std::int64_t> rows, std::optional<double> gap);
     void resetDisplayProfile(std::uint32_t displayID);
+
+    // --- Placement commands (AppStorePlacement.cpp). Each reads the displays afresh, ends in
+    // exactly one status line and, on success, schedules refreshSoon().
+
+    void apply(LayoutAction action);
+    void applyGrid(std::int64_t column, std::int64_t row, std::int64_t columnSpan,
+                   std::int64_t rowSpan);
+    void moveTargetToNextDisplay();
+    // Opens the full-screen canvas on every display, or closes it when it is open.
+    void showPlacementCanvas();
+    // Places a window that a modifier drag dropped on a grid cell.
+    void applyDraggedPlacement(const ManagedWindow& target, const CGRect& frame);
+    // The canvas the shell provides; not owned. Without one the canvas command says so.
+    void setPlacementCanvas(PlacementCanvas* canvas) { placementCanvas_ = canvas; }
+
+    // --- Saved layouts (AppStoreLayouts.cpp)
+
+    // Captures every listed window with its display; a blank name becomes a dated default.
+    void saveCurrentLayout(const QString& name);
+    // Puts each saved window that still has a live counterpart back on its display.
+    void restore(const SavedLayout& layout);
+    void deleteLayout(const SavedLayout& layout);
+
+    // --- Global hot keys (AppStoreHotKeys.cpp)
+
+    // A shortcut without a modifier is rejected. Before start() the shortcut is kept whatever
+    // its registration says: no hot key is live yet to conflict with.
+    void setPlacementHotKey(HotKeyShortcut shortcut);
+    // After start() the fifteen layout keys move to the new set, or the change is refused as a
+    // whole and the refused shortcuts are reported.
+    void setQuickHotKeyModifiers(QuickHotKeyModifiers modifiers);
 
 Q_SIGNALS:
     void selectedSectionChanged();
@@ -200,6 +235,29 @@ private:
     std::vector<DisplayGeometry> readDisplays();
     void updatePointerDisplay(const std::vector<DisplayGeometry>& displays);
 
+    // Placement
+    std::vector<DisplayGeometry> currentDisplays() const;
+    void fail(const WindowManagerError& error);
+    // Applies the frame and reports `successText` with the placement's suffix.
+    void place(WindowElement window, const CGRect& frame, const QString& successText);
+    std::optional<DisplayGeometry> gridDisplay(const ManagedWindow& window,
+                                               const std::vector<DisplayGeometry>& displays) const;
+    // A canvas or drag result: the window found again, the frame clamped to its display.
+    void applyPreparedPlacement(const ManagedWindow& target, const CGRect& frame, bool needsDisplay,
+                                const QString& before, const QString& after);
+
+    // Saved layouts
+    static QString defaultLayoutName();
+
+    // Global hot keys
+    void startHotKeys();
+    void runHotKeyCommand(const HotKeyCommand& command);
+    void savePlacementHotKey(const HotKeyShortcut& shortcut);
+    void saveQuickHotKeyModifiers(const QuickHotKeyModifiers& modifiers);
+    // One status line naming the first four refused shortcuts.
+    static QString
+    hotKeyFailureMessage(const std::vector<HotKeyCenter::RegistrationFailure>& failures);
+
     // Displays
     void syncDisplayProfiles(const std::vector<DisplayGeometry>& displays);
     void syncSelectedDisplay(const std::vector<DisplayGeometry>& displays);
@@ -232,6 +290,8 @@ private:
 
     WindowManager windowManager_;
     SavedLayoutStore savedLayoutStore_;
+    HotKeyCenter hotKeyCenter_{platform_.hotKeyService, platform_.scheduler};
+    PlacementCanvas* placementCanvas_ = nullptr;
     std::optional<TaskToken> refreshTimer_;
     std::optional<std::int32_t> lastTargetPID_;
     bool hasStarted_ = false;

@@ -16,6 +16,8 @@ void AppStore::start() {
     hasStarted_ = true;
     observeActiveApplications();
     refresh();
+    // Registration failures become the status line.
+    startHotKeys();
 
     QPointer<AppStore> weak(this);
     Scheduler& scheduler = platform_.scheduler;

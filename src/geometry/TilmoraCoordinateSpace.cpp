@@ -26,21 +26,6 @@ double distance(CGPoint a, CGPoint b) {
     return std::hypot(a.x - b.x, a.y - b.y);
 }
 
-// Ties go to the earlier display: a later one wins only when strictly nearer.
-const DisplayGeometry& nearestByFrameCentre(CGPoint point,
-                                            const std::vector<DisplayGeometry>& displays) {
-    const DisplayGeometry* best = &displays.front();
-    double bestDistance = distance(point, best->frame.center());
-    for (const DisplayGeometry& display : displays) {
-        const double d = distance(point, display.frame.center());
-        if (d < bestDistance) {
-            best = &display;
-            bestDistance = d;
-        }
-    }
-    return *best;
-}
-
 double overlapArea(const CGRect& a, const CGRect& b) {
     const CGRect common = CGRectIntersection(a, b);
     if (common.isNull()) {
@@ -99,7 +84,7 @@ std::optional<DisplayGeometry> display(CGPoint containing, const std::vector<Dis
             return d;
         }
     }
-    return nearestByFrameCentre(containing, in);
+    return displayNearest(containing, in, &DisplayGeometry::frame);
 }
 
 std::optional<DisplayGeometry> display(const CGRect& containing,
@@ -113,19 +98,44 @@ std::optional<DisplayGeometry> display(const CGRect& containing,
             return d;
         }
     }
-    const DisplayGeometry* best = &in.front();
-    double bestArea = overlapArea(best->frame, containing);
+    if (auto overlapping = displayWithLargestOverlap(containing, in, &DisplayGeometry::frame)) {
+        return overlapping;
+    }
+    return displayNearest(centre, in, &DisplayGeometry::frame);
+}
+
+std::optional<DisplayGeometry> displayWithLargestOverlap(const CGRect& rect,
+                                                         const std::vector<DisplayGeometry>& in,
+                                                         DisplayArea area) {
+    const DisplayGeometry* best = nullptr;
+    double bestArea = 0;
     for (const DisplayGeometry& d : in) {
-        const double area = overlapArea(d.frame, containing);
-        if (area > bestArea) {
+        if (const double overlap = overlapArea(d.*area, rect); overlap > bestArea) {
             best = &d;
-            bestArea = area;
+            bestArea = overlap;
         }
     }
-    if (bestArea > 0) {
-        return *best;
+    if (!best) {
+        return std::nullopt;
     }
-    return nearestByFrameCentre(centre, in);
+    return *best;
+}
+
+std::optional<DisplayGeometry> displayNearest(CGPoint point, const std::vector<DisplayGeometry>& in,
+                                              DisplayArea area) {
+    if (in.empty()) {
+        return std::nullopt;
+    }
+    const DisplayGeometry* best = &in.front();
+    double bestDistance = distance(point, (best->*area).center());
+    for (const DisplayGeometry& d : in) {
+        if (const double candidate = distance(point, (d.*area).center());
+            candidate < bestDistance) {
+            best = &d;
+            bestDistance = candidate;
+        }
+    }
+    return *best;
 }
 
 std::vector<double> partitionEdges(double length, std::int64_t count) {

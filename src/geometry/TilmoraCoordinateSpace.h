@@ -36,6 +36,19 @@ std::optional<DisplayGeometry> display(CGPoint containing, const std::vector<Dis
 std::optional<DisplayGeometry> display(const CGRect& containing,
                                        const std::vector<DisplayGeometry>& in);
 
+// Which rectangle of a display a rule looks at: &DisplayGeometry::frame or ::visibleFrame.
+using DisplayArea = CGRect DisplayGeometry::*;
+
+// The display whose `area` overlaps `rect` most, when any overlaps at all; a later display wins
+// only with a strictly larger overlap.
+std::optional<DisplayGeometry> displayWithLargestOverlap(const CGRect& rect,
+                                                         const std::vector<DisplayGeometry>& in,
+                                                         DisplayArea area);
+// The display whose `area` centre is nearest to `point`; a later display wins only when strictly
+// nearer. Nothing only for an empty list.
+std::optional<DisplayGeometry> displayNearest(CGPoint point, const std::vector<DisplayGeometry>& in,
+                                              DisplayArea area);
+
 // count + 1 offsets round(length * i / count), halves away from zero, each edge on its own.
 std::vector<double> partitionEdges(double length, std::int64_t count);
 

@@ -2,6 +2,7 @@
 // put it back on the same or a changed display.
 #pragma once
 
+#include "geometry/DisplayGeometry.h"
 #include "layouts/WindowFrame.h"
 
 #include <QByteArray>
@@ -13,6 +14,7 @@
 #include <cstdint>
 #include <optional>
 #include <ostream>
+#include <vector>
 
 namespace tilmora {
 
@@ -29,6 +31,14 @@ struct SavedWindowPlacement {
     WindowFrame frame;
     std::optional<WindowFrame> displayFrame;
     std::optional<WindowFrame> relativeFrame;
+
+    // The display this window belongs to among `displays`: the same id, else the same name,
+    // else the one whose usable area matches the saved one (within 8 points, else the largest
+    // overlap, else the nearest centre), else the display holding `fallbackFrame`, else the
+    // first display.
+    std::optional<DisplayGeometry>
+    preferredDisplay(const std::vector<DisplayGeometry>& displays,
+                     const std::optional<CGRect>& fallbackFrame) const;
 
     // Keys that are left out when absent may also be null; anything else missing, null or of
     // the wrong type fails.

@@ -2,10 +2,12 @@
 // which windows can be arranged, how each is identified, and which one a command acts on.
 #pragma once
 
+#include "layouts/SavedWindowPlacement.h"
 #include "platform/RunningApplication.h"
 #include "platform/WindowSystem.h"
 #include "windows/ManagedWindow.h"
 #include "windows/WindowManagerError.h"
+#include "windows/WindowPlacementResult.h"
 
 #include <QString>
 
@@ -38,7 +40,25 @@ public:
     targetWindow(const std::optional<QString>& selectedWindowID,
                  std::optional<std::int32_t> fallbackPID) const;
 
+    // Writes the frame in up to four passes of position and size writes, reading back after
+    // each, until the window reports it within the placement tolerance. A window that keeps
+    // another frame is a success that is not exact; the closest frame seen is reported.
+    std::expected<WindowPlacementResult, WindowManagerError> setFrame(const CGRect& frame,
+                                                                      WindowElement window);
+
+    // The topmost arrangeable window under the point, from the on-screen list.
+    std::optional<ManagedWindow> window(CGPoint at) const;
+    // A stale record found again: same title, else the focused window, else the closest frame.
+    std::optional<ManagedWindow> refreshedWindow(const ManagedWindow& matching) const;
+    // The live window a saved one stands for. Keeps no memory: two saved windows may match the
+    // same live window.
+    std::optional<ManagedWindow> findMatchingWindow(const SavedWindowPlacement& saved) const;
+
 private:
+    // The application's window that an on-screen entry stands for: by title, else by frame.
+    std::optional<ManagedWindow>
+    bestAccessibilityWindow(const RunningApplication& app, const CGRect& cgBounds,
+                            const std::optional<QString>& cgTitle) const;
     bool isOwnApplication(const RunningApplication& app) const;
     std::vector<ManagedWindow> windows(const RunningApplication& app) const;
     std::optional<ManagedWindow> focusedWindow(const RunningApplication& app) const;
@@ -55,6 +75,9 @@ private:
 
 // "<application id or pid-N>-<pid>-<index>-<title>"; the frame is deliberately not part of it.
 QString stableWindowID(const RunningApplication& app, const QString& title, int index);
+// How far a window's frame is from `cgBounds`, lower is closer: one minus the intersection over
+// union, weighted 10000, plus the summed edge differences, which break ties.
+double windowMatchScore(const ManagedWindow& candidate, const CGRect& cgBounds);
 // Its localized name, else its id, else "Unknown App".
 QString applicationName(const RunningApplication& app);
 

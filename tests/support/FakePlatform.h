@@ -29,4 +29,11 @@ inline ScreenDescription screen(CGRect frame, std::uint32_t number, const char* 
     return {frame, frame, QString::fromUtf8(name), 1.0, number};
 }
 
+// A 1440 x 900 primary display with a 25-point panel along its top, and a 1920 x 1080 display
+// to its right with a panel along its bottom (bottom-left space).
+inline const ScreenDescription builtInScreen{
+    {0, 0, 1440, 900}, {0, 0, 1440, 875}, QStringLiteral("Built-in"), 2.0, 1};
+inline const ScreenDescription studioScreen{
+    {1440, -180, 1920, 1080}, {1440, -180, 1920, 1055}, QStringLiteral("Studio"), 1.0, 2};
+
 } // namespace tilmora
