@@ -24,7 +24,9 @@ endfunction()
 function(tilmora_test name)
     cmake_parse_arguments(ARG "" "LABEL" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
-    target_compile_options(${name} PRIVATE ${TILMORA_WARNINGS})
+    # Every test prints QStrings as text in its failure messages.
+    target_compile_options(${name} PRIVATE ${TILMORA_WARNINGS} -include
+                                           ${PROJECT_SOURCE_DIR}/tests/support/QStringPrinting.h)
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock GTest::gtest_main)
     gtest_discover_tests(${name} PROPERTIES LABELS ${ARG_LABEL} DISCOVERY_TIMEOUT 60)
 endfunction()

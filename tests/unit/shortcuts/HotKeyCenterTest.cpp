@@ -1,6 +1,5 @@
 #include "shortcuts/HotKeyCenter.h"
 
-#include "QStringPrinting.h"
 #include "support/FakeHotKeyService.h"
 #include "support/ManualScheduler.h"
 

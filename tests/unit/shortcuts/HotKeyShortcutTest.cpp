@@ -1,6 +1,5 @@
 #include "shortcuts/HotKeyShortcut.h"
 
-#include "QStringPrinting.h"
 #include "platform/EventModifierFlags.h"
 
 #include <gtest/gtest.h>

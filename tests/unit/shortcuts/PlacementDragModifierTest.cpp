@@ -1,6 +1,5 @@
 #include "shortcuts/PlacementDragModifier.h"
 
-#include "QStringPrinting.h"
 #include "platform/EventModifierFlags.h"
 
 #include <gtest/gtest.h>

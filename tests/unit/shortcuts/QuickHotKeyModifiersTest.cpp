@@ -1,6 +1,5 @@
 #include "shortcuts/QuickHotKeyModifiers.h"
 
-#include "QStringPrinting.h"
 
 #include <gtest/gtest.h>
 

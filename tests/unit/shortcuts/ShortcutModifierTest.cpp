@@ -1,6 +1,5 @@
 #include "shortcuts/ShortcutModifier.h"
 
-#include "QStringPrinting.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
-// Lets GoogleTest show QStrings as text in failure messages and parameter names.
+// Lets GoogleTest show QStrings as text in failure messages and parameter names. Every test
+// includes it through the build.
 #pragma once
 
 #include <QString>
