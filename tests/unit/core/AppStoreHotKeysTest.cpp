@@ -14,10 +14,6 @@ using namespace tilmora;
 using namespace Qt::StringLiterals;
 namespace keys = tilmora::PreferenceKeys;
 
-static void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
-
 namespace {
 
 constexpr std::uint32_t defaultLayoutMask = 0x1900; // ⌃⌥⌘

@@ -11,14 +11,6 @@
 #include <ostream>
 #include <vector>
 
-// Failure messages show Qt strings as text. Global, so that argument-dependent lookup finds them.
-inline void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
-inline void PrintTo(const QByteArray& bytes, std::ostream* out) {
-    *out << '"' << bytes.toStdString() << '"';
-}
-
 namespace tilmora::testdata {
 
 inline QUuid uuid(const char* text) {

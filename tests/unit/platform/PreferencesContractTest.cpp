@@ -20,14 +20,6 @@
 
 using namespace tilmora;
 
-// Failure messages show Qt strings as text. Global, so that argument-dependent lookup finds them.
-static void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
-static void PrintTo(const QByteArray& bytes, std::ostream* out) {
-    *out << bytes.toPercentEncoding(" {}[]\":,").toStdString();
-}
-
 namespace {
 
 // The test store: nothing outlives the object, so a restart changes nothing.

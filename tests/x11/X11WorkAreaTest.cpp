@@ -1,0 +1,84 @@
+// Usable areas: struts reserve space only on the monitor they reach into.
+#include "platform/x11/X11WorkArea.h"
+
+#include <gtest/gtest.h>
+
+namespace tilmora {
+namespace {
+
+// Two monitors side by side, as on most test servers: 1440 x 900 and 1920 x 1080.
+const X11Rect left{0, 0, 1440, 900};
+const X11Rect right{1440, 0, 1920, 1080};
+
+X11Strut topStrut(std::int64_t height, std::int64_t startX, std::int64_t endX) {
+    X11Strut s;
+    s.top = height;
+    s.topStartX = startX;
+    s.topEndX = endX;
+    return s;
+}
+
+struct AreaCase {
+    const char* name;
+    std::vector<X11Strut> struts;
+    X11Rect expectedLeft;
+    X11Rect expectedRight;
+};
+
+class UsableAreas : public testing::TestWithParam<AreaCase> {};
+
+TEST_P(UsableAreas, ShrinkOnlyTheMonitorsThePanelsAreOn) {
+    const auto areas = usableAreas({left, right}, GetParam().struts, 3360, 1080);
+    ASSERT_EQ(areas.size(), 2U);
+    EXPECT_EQ(areas[0], GetParam().expectedLeft);
+    EXPECT_EQ(areas[1], GetParam().expectedRight);
+}
+
+X11Strut bottomOfLeft() {
+    X11Strut s;
+    s.bottom = 220; // 180 below the left monitor plus a 40 px panel
+    s.bottomStartX = 0;
+    s.bottomEndX = 1439;
+    return s;
+}
+
+X11Strut innerEdgeOfRight() {
+    X11Strut s;
+    s.left = 1488;
+    s.leftStartY = 0;
+    s.leftEndY = 1079;
+    return s;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    X11, UsableAreas,
+    testing::Values(
+        AreaCase{"None", {}, left, right},
+        AreaCase{"TopPanelAcrossBoth", {topStrut(30, 0, 3359)}, {0, 30, 1440, 870},
+                 {1440, 30, 1920, 1050}},
+        AreaCase{"TopPanelOnRightOnly", {topStrut(30, 1440, 3359)}, left, {1440, 30, 1920, 1050}},
+        AreaCase{"BottomOfSmallerMonitor", {bottomOfLeft()}, {0, 0, 1440, 860}, right},
+        AreaCase{"InnerEdgeOfRight", {innerEdgeOfRight()}, left, {1488, 0, 1872, 1080}},
+        AreaCase{"TwoPanelsOnOneMonitor", {topStrut(30, 0, 1439), bottomOfLeft()},
+                 {0, 30, 1440, 830}, right}),
+    [](const testing::TestParamInfo<AreaCase>& info) { return std::string(info.param.name); });
+
+TEST(X11WorkArea, AShortPanelLeavesTheLargestRectangle) {
+    // A 200 px wide panel at the top left: the strip below it (full width) is larger than the
+    // strip beside it (full height).
+    const X11Rect area = largestRemainder({0, 0, 1000, 800}, {0, 0, 200, 30});
+    EXPECT_EQ(area, (X11Rect{0, 30, 1000, 770}));
+    // A tall narrow panel: the part beside it wins.
+    EXPECT_EQ(largestRemainder({0, 0, 1000, 800}, {0, 0, 40, 700}),
+              (X11Rect{40, 0, 960, 800}));
+}
+
+TEST(X11WorkArea, PublishedWorkAreasAreMatchedByOverlap) {
+    const auto areas = matchWorkAreas({left, right}, {{1440, 27, 1920, 1053}, {0, 27, 1440, 873}});
+    EXPECT_EQ(areas[0], (X11Rect{0, 27, 1440, 873}));
+    EXPECT_EQ(areas[1], (X11Rect{1440, 27, 1920, 1053}));
+    EXPECT_EQ(matchWorkAreas({left}, {})[0], left);
+}
+
+} // namespace
+} // namespace tilmora

@@ -1,0 +1,325 @@
+#include "x11/support/X11TestDesktop.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <xcb/res.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+namespace tilmora::test {
+
+namespace {
+
+// Queued work of the code under test (activation reports) needs a Qt application.
+void ensureQtApplication() {
+    if (!QCoreApplication::instance()) {
+        static int argc = 1;
+        static char name[] = "tilmora-x11-tests";
+        static char* argv[] = {name, nullptr};
+        new QCoreApplication(argc, argv);
+    }
+}
+
+const char* openboxConfiguration = R"(<?xml version="1.0" encoding="UTF-8"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
+  <placement><policy>Smart</policy></placement>
+  <desktops><number>2</number></desktops>
+  <margins><top>0</top><bottom>0</bottom><left>0</left><right>0</right></margins>
+  <keyboard></keyboard>
+  <mouse></mouse>
+</openbox_config>
+)";
+
+const char* icewmPreferences = "ShowTaskBar=0\nTaskBarAutoHide=0\n";
+
+bool writeFile(const QString& path, const char* contents) {
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(contents) >= 0;
+}
+
+} // namespace
+
+std::string testClientPath() {
+    return TILMORA_X11_TEST_CLIENT;
+}
+
+X11TestDesktop::X11TestDesktop(const Options& options) {
+    ensureQtApplication();
+    if (!scratch_.isValid() || !startServer(options.screenSize)) {
+        return;
+    }
+    for (const Monitor& monitor : options.monitors) {
+        if (!setMonitor(monitor)) {
+            return;
+        }
+    }
+    ready_ = startWindowManager(options.windowManager);
+}
+
+X11TestDesktop::~X11TestDesktop() {
+    // Clients first, then the manager, then the server: each by its own pid.
+    clients_.clear();
+    windowManager_.stop();
+    if (observer_) {
+        xcb_disconnect(observer_);
+    }
+    server_.stop();
+}
+
+bool X11TestDesktop::startServer(const std::string& screenSize) {
+    int pipeEnds[2];
+    if (::pipe(pipeEnds) != 0) {
+        return false;
+    }
+    X11TestProcess::Options options;
+    // -displayfd lets the server pick a free display itself, so parallel tests never collide.
+    options.arguments = {"Xvfb",    "-displayfd", std::to_string(pipeEnds[1]),
+                         "-screen", "0",          screenSize + "x24",
+                         "-noreset", "-nolisten", "tcp"};
+    options.inheritedDescriptor = pipeEnds[1];
+    options.outputFile = scratch_.filePath(QStringLiteral("xvfb.log")).toStdString();
+    server_ = X11TestProcess(options);
+    ::close(pipeEnds[1]);
+
+    std::string number;
+    const auto deadline = std::chrono::steady_clock::now() + defaultTimeout;
+    while (number.find('\n') == std::string::npos) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+                              deadline - std::chrono::steady_clock::now())
+                              .count();
+        pollfd descriptor{pipeEnds[0], POLLIN, 0};
+        if (left <= 0 || ::poll(&descriptor, 1, static_cast<int>(left)) <= 0) {
+            break;
+        }
+        char buffer[32];
+        const ssize_t got = ::read(pipeEnds[0], buffer, sizeof buffer);
+        if (got <= 0) {
+            break;
+        }
+        number.append(buffer, static_cast<std::size_t>(got));
+    }
+    ::close(pipeEnds[0]);
+    if (number.find('\n') == std::string::npos) {
+        return false;
+    }
+    display_ = ":" + number.substr(0, number.find('\n'));
+    observer_ = xcb_connect(display_.c_str(), nullptr);
+    if (xcb_connection_has_error(observer_) != 0) {
+        return false;
+    }
+    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(observer_, root(), XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(observer_);
+    return true;
+}
+
+bool X11TestDesktop::startWindowManager(WindowManager manager) {
+    if (manager == WindowManager::none) {
+        return true;
+    }
+    X11TestProcess::Options options;
+    const std::string home = scratch_.path().toStdString();
+    options.environment = {{"DISPLAY", display_},
+                           {"HOME", home},
+                           {"XDG_CONFIG_HOME", home + "/config"},
+                           {"XDG_CACHE_HOME", home + "/cache"}};
+    options.outputFile = scratch_.filePath(QStringLiteral("wm.log")).toStdString();
+    if (manager == WindowManager::openbox) {
+        const QString config = scratch_.filePath(QStringLiteral("openbox.xml"));
+        if (!writeFile(config, openboxConfiguration)) {
+            return false;
+        }
+        options.arguments = {"openbox", "--sm-disable", "--config-file", config.toStdString()};
+    } else {
+        const QString directory = scratch_.filePath(QStringLiteral("icewm"));
+        QDir().mkpath(directory);
+        if (!writeFile(directory + QStringLiteral("/preferences"), icewmPreferences)) {
+            return false;
+        }
+        options.environment["ICEWM_PRIVCFG"] = directory.toStdString();
+        options.arguments = {"icewm"};
+    }
+    windowManager_ = X11TestProcess(options);
+    return waitUntil([this] { return hasWindowManager(); });
+}
+
+xcb_window_t X11TestDesktop::root() const {
+    return xcb_setup_roots_iterator(xcb_get_setup(observer_)).data->root;
+}
+
+xcb_atom_t X11TestDesktop::atom(const char* name) const {
+    xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(
+        observer_,
+        xcb_intern_atom(observer_, 0, static_cast<std::uint16_t>(std::strlen(name)), name),
+        nullptr);
+    const xcb_atom_t result = reply ? reply->atom : XCB_ATOM_NONE;
+    std::free(reply);
+    return result;
+}
+
+std::vector<std::uint32_t> X11TestDesktop::cardinals(xcb_window_t window,
+                                                     const char* property) const {
+    xcb_get_property_reply_t* reply = xcb_get_property_reply(
+        observer_, xcb_get_property(observer_, 0, window, atom(property), XCB_ATOM_ANY, 0, 65536),
+        nullptr);
+    std::vector<std::uint32_t> result;
+    if (reply && reply->format == 32) {
+        const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply));
+        result.assign(values, values + xcb_get_property_value_length(reply) / 4);
+    }
+    std::free(reply);
+    return result;
+}
+
+bool X11TestDesktop::hasWindowManager() const {
+    const auto check = cardinals(root(), "_NET_SUPPORTING_WM_CHECK");
+    return !check.empty() && cardinals(check.front(), "_NET_SUPPORTING_WM_CHECK") == check &&
+           !cardinals(root(), "_NET_SUPPORTED").empty();
+}
+
+std::vector<xcb_window_t> X11TestDesktop::clientList() const {
+    return cardinals(root(), "_NET_CLIENT_LIST");
+}
+
+std::optional<xcb_window_t> X11TestDesktop::activeWindow() const {
+    const auto active = cardinals(root(), "_NET_ACTIVE_WINDOW");
+    if (active.empty() || active.front() == XCB_WINDOW_NONE) {
+        return std::nullopt;
+    }
+    return active.front();
+}
+
+std::optional<pid_t> X11TestDesktop::pidOf(xcb_window_t window) const {
+    xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    xcb_res_query_client_ids_reply_t* reply = xcb_res_query_client_ids_reply(
+        observer_, xcb_res_query_client_ids(observer_, 1, &spec), nullptr);
+    std::optional<pid_t> pid;
+    if (reply) {
+        auto it = xcb_res_query_client_ids_ids_iterator(reply);
+        if (it.rem > 0 && xcb_res_client_id_value_value_length(it.data) >= 1) {
+            pid = static_cast<pid_t>(*xcb_res_client_id_value_value(it.data));
+        }
+    }
+    std::free(reply);
+    return pid;
+}
+
+std::optional<std::array<std::int32_t, 4>> X11TestDesktop::clientGeometry(xcb_window_t window) const {
+    xcb_get_geometry_reply_t* geometry =
+        xcb_get_geometry_reply(observer_, xcb_get_geometry(observer_, window), nullptr);
+    xcb_translate_coordinates_reply_t* origin = xcb_translate_coordinates_reply(
+        observer_, xcb_translate_coordinates(observer_, window, root(), 0, 0), nullptr);
+    std::optional<std::array<std::int32_t, 4>> result;
+    if (geometry && origin) {
+        result = std::array<std::int32_t, 4>{origin->dst_x, origin->dst_y, geometry->width,
+                                             geometry->height};
+    }
+    std::free(geometry);
+    std::free(origin);
+    return result;
+}
+
+bool X11TestDesktop::waitUntil(const std::function<bool()>& condition,
+                               std::chrono::milliseconds timeout) {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    while (true) {
+        QCoreApplication::processEvents();
+        while (xcb_generic_event_t* event = xcb_poll_for_event(observer_)) {
+            std::free(event);
+        }
+        if (condition()) {
+            return true;
+        }
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+                              deadline - std::chrono::steady_clock::now())
+                              .count();
+        if (left <= 0) {
+            return false;
+        }
+        // Woken by the next X event; the short bound catches changes that the observer is
+        // not told about (another process's state, queued Qt work).
+        pollfd descriptor{xcb_get_file_descriptor(observer_), POLLIN, 0};
+        ::poll(&descriptor, 1, static_cast<int>(std::min<long long>(left, 10)));
+    }
+}
+
+X11TestDesktop::Client X11TestDesktop::startManagedClient(X11TestProcess::Options options,
+                                                          int windowCount) {
+    options.environment["DISPLAY"] = display_;
+    options.outputFile = scratch_.filePath(QStringLiteral("clients.log")).toStdString();
+    clients_.emplace_back(options);
+    Client client;
+    client.pid = clients_.back().pid();
+    const bool managed = waitUntil([&] {
+        client.windows.clear();
+        for (const xcb_window_t window : clientList()) {
+            // Managed means listed and framed: the manager has published the extents.
+            if (pidOf(window) == client.pid && !cardinals(window, "_NET_FRAME_EXTENTS").empty()) {
+                client.windows.push_back(window);
+            }
+        }
+        return static_cast<int>(client.windows.size()) >= windowCount;
+    });
+    if (!managed) {
+        client.windows.clear();
+    }
+    return client;
+}
+
+X11TestDesktop::Client X11TestDesktop::startTestClient(const std::vector<std::string>& arguments,
+                                                       int windowCount) {
+    X11TestProcess::Options options;
+    options.arguments = {testClientPath(), "--windows", std::to_string(windowCount)};
+    options.arguments.insert(options.arguments.end(), arguments.begin(), arguments.end());
+    return startManagedClient(options, windowCount);
+}
+
+X11TestDesktop::Client X11TestDesktop::startXterm(const std::vector<std::string>& arguments) {
+    X11TestProcess::Options options;
+    options.arguments = {"xterm"};
+    options.arguments.insert(options.arguments.end(), arguments.begin(), arguments.end());
+    options.arguments.insert(options.arguments.end(), {"-e", "sleep", "600"});
+    return startManagedClient(options, 1);
+}
+
+void X11TestDesktop::stopClient(pid_t pid) {
+    for (X11TestProcess& process : clients_) {
+        if (process.pid() == pid) {
+            process.stop();
+        }
+    }
+    waitUntil([&] {
+        for (const xcb_window_t window : clientList()) {
+            if (pidOf(window) == pid) {
+                return false;
+            }
+        }
+        return true;
+    });
+}
+
+std::optional<int> X11TestDesktop::runTool(std::vector<std::string> arguments) {
+    return X11TestProcess::run(arguments, std::chrono::seconds(10), {{"DISPLAY", display_}});
+}
+
+bool X11TestDesktop::setMonitor(const Monitor& monitor) {
+    return runTool({"xrandr", "--setmonitor", monitor.name, monitor.geometry, monitor.output}) ==
+           0;
+}
+
+bool X11TestDesktop::deleteMonitor(const std::string& name) {
+    return runTool({"xrandr", "--delmonitor", name}) == 0;
+}
+
+void X11TestDesktop::useDataDirectory(const std::string& directory) {
+    ::setenv("XDG_DATA_HOME", (directory + "/home").c_str(), 1);
+    ::setenv("XDG_DATA_DIRS", directory.c_str(), 1);
+}
+
+} // namespace tilmora::test

@@ -1,0 +1,101 @@
+// A private X desktop for one test: its own Xvfb on a free display, monitors set with xrandr,
+// a window manager with a test configuration, and clients (xterm and the project's own test
+// client). Waits are for conditions seen through an observer connection, never fixed sleeps,
+// and everything started is stopped by its pid when the desktop goes away.
+#pragma once
+
+#include "x11/support/X11TestProcess.h"
+
+#include <QTemporaryDir>
+
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tilmora::test {
+
+class X11TestDesktop {
+public:
+    enum class WindowManager { none, openbox, icewm };
+
+    // One `xrandr --setmonitor` call: name ("*" marks the primary), geometry, output.
+    struct Monitor {
+        std::string name;
+        std::string geometry;
+        std::string output = "none";
+    };
+
+    struct Options {
+        WindowManager windowManager = WindowManager::openbox;
+        std::string screenSize = "3360x1080";
+        std::vector<Monitor> monitors;
+    };
+
+    struct Client {
+        pid_t pid = 0;
+        // Its managed windows, in the order the manager listed them.
+        std::vector<xcb_window_t> windows;
+    };
+
+    static constexpr std::chrono::milliseconds defaultTimeout{10000};
+
+    explicit X11TestDesktop(const Options& options);
+    ~X11TestDesktop();
+
+    // False when the server or the window manager did not come up.
+    bool isReady() const { return ready_; }
+    const std::string& display() const { return display_; }
+    xcb_connection_t* observer() const { return observer_; }
+    xcb_window_t root() const;
+
+    // Checks `condition` whenever an X event or a Qt event may have changed it.
+    bool waitUntil(const std::function<bool()>& condition,
+                   std::chrono::milliseconds timeout = defaultTimeout);
+
+    // Starts the test client (see TestClientMain.cpp for its arguments) and waits until the
+    // manager manages `windowCount` of its windows.
+    Client startTestClient(const std::vector<std::string>& arguments, int windowCount = 1);
+    Client startXterm(const std::vector<std::string>& arguments);
+    // Stops a client and waits until its windows have left the client list.
+    void stopClient(pid_t pid);
+
+    bool setMonitor(const Monitor& monitor);
+    bool deleteMonitor(const std::string& name);
+    // Runs an X command-line tool against this display; its exit status.
+    std::optional<int> runTool(std::vector<std::string> arguments);
+
+    std::vector<xcb_window_t> clientList() const;
+    std::optional<pid_t> pidOf(xcb_window_t window) const;
+    std::optional<xcb_window_t> activeWindow() const;
+    std::vector<std::uint32_t> cardinals(xcb_window_t window, const char* property) const;
+    // The client area of a window in root coordinates.
+    std::optional<std::array<std::int32_t, 4>> clientGeometry(xcb_window_t window) const;
+
+    // Points the process's XDG data directories at `directory` (desktop entries for tests).
+    static void useDataDirectory(const std::string& directory);
+
+private:
+    bool startServer(const std::string& screenSize);
+    bool startWindowManager(WindowManager manager);
+    Client startManagedClient(X11TestProcess::Options options, int windowCount);
+    xcb_atom_t atom(const char* name) const;
+    bool hasWindowManager() const;
+
+    QTemporaryDir scratch_;
+    X11TestProcess server_;
+    X11TestProcess windowManager_;
+    std::vector<X11TestProcess> clients_;
+    std::string display_;
+    xcb_connection_t* observer_ = nullptr;
+    bool ready_ = false;
+};
+
+// The path of the test client executable.
+std::string testClientPath();
+
+} // namespace tilmora::test
