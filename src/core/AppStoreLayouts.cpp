@@ -2,6 +2,7 @@
 // displays connected now, and deleting one.
 #include "core/AppStore.h"
 
+#include "core/CommandFailures.h"
 #include "core/PlacementLimits.h"
 #include "geometry/TilmoraCoordinateSpace.h"
 
@@ -48,7 +49,7 @@ void AppStore::saveCurrentLayout(const QString& name) {
     const QString trimmed = name.trimmed();
     const QString layoutName = trimmed.isEmpty() ? defaultLayoutName() : trimmed;
     if (windows_.empty()) {
-        setStatusMessage(QStringLiteral("No windows are available to save."));
+        setStatusMessage(CommandFailures::nothingToSave);
         return;
     }
     const std::vector<DisplayGeometry> displays = currentDisplays();
@@ -116,7 +117,7 @@ void AppStore::restore(const SavedLayout& layout) {
         }
     }
     if (restored == 0) {
-        setStatusMessage(QStringLiteral("No matching windows are open."));
+        setStatusMessage(CommandFailures::nothingRestored);
     } else if (limited == 0) {
         setStatusMessage(QStringLiteral("Restored %1 windows.").arg(restored));
     } else {

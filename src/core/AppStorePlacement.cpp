@@ -4,6 +4,7 @@
 #include "core/AppStore.h"
 
 #include "core/FrameMapping.h"
+#include "core/CommandFailures.h"
 #include "core/PlacementLimits.h"
 #include "geometry/TilmoraCoordinateSpace.h"
 
@@ -111,7 +112,7 @@ void AppStore::moveTargetToNextDisplay() {
     }
     const std::vector<DisplayGeometry> displays = currentDisplays();
     if (displays.size() < 2) {
-        setStatusMessage(QStringLiteral("Only one display is connected."));
+        setStatusMessage(CommandFailures::onlyOneDisplay);
         return;
     }
     const auto current = space::display(target->frame, displays);
@@ -145,7 +146,7 @@ void AppStore::showPlacementCanvas() {
         return;
     }
     if (!placementCanvas_) {
-        setStatusMessage(QStringLiteral("The Placement Canvas is not available."));
+        setStatusMessage(CommandFailures::canvasUnavailable);
         return;
     }
     QPointer<AppStore> weak(this);

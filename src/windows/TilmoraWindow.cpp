@@ -16,6 +16,10 @@ qint64 truncatedForDisplay(double value) {
 }
 
 QString TilmoraWindow::frameSummary() const {
+    return tilmora::frameSummary(frame);
+}
+
+QString frameSummary(const CGRect& frame) {
     return QStringLiteral("%1, %2  %3 x %4")
         .arg(truncatedForDisplay(frame.origin.x))
         .arg(truncatedForDisplay(frame.origin.y))

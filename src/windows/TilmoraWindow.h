@@ -30,5 +30,7 @@ struct TilmoraWindow {
 
 // A length truncated toward zero for display; values without an integer form print as 0.
 qint64 truncatedForDisplay(double value);
+// "x, y  w x h", each number truncated toward zero.
+QString frameSummary(const CGRect& frame);
 
 } // namespace tilmora

@@ -1,0 +1,18 @@
+// The status lines with which store commands end when they could not do what was asked, beyond
+// the window errors. Front ends that must tell success from failure (the command line's exit
+// code) compare against these and the window errors' texts.
+#pragma once
+
+#include <QString>
+
+namespace tilmora::CommandFailures {
+
+inline const QString onlyOneDisplay = QStringLiteral("Only one display is connected.");
+inline const QString nothingToSave = QStringLiteral("No windows are available to save.");
+inline const QString nothingRestored = QStringLiteral("No matching windows are open.");
+inline const QString canvasUnavailable = QStringLiteral("The Placement Canvas is not available.");
+
+// True when `statusMessage` is the line of a command that failed.
+bool isFailure(const QString& statusMessage);
+
+} // namespace tilmora::CommandFailures
