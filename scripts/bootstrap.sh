@@ -12,6 +12,11 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   # formatting
   clang-format
+  # the X11 backend: xcb and its extensions
+  libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-randr0-dev libxcb-xinerama0-dev
+  libxcb-res0-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-keysyms1-dev
+  # X11 tests: servers, window managers, clients and command-line tools
+  xvfb openbox icewm xterm x11-xserver-utils x11-utils xdotool wmctrl
 )
 
 missing=()

@@ -108,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
                     {QStringLiteral("DP-2"), {100, 0, 100, 100}, true, dell}},
                    {QStringLiteral("DELL U2720Q (DP-2)"), QStringLiteral("DELL U2720Q (DP-1)")},
                    {fnv1a("DP-2", fnv1a(dellIdentity)), fnv1a("DP-1", fnv1a(dellIdentity))}}),
-    [](const testing::TestParamInfo<NamingCase>& info) { return std::string(info.param.name); });
+    [](const testing::TestParamInfo<NamingCase>& p) { return std::string(p.param.name); });
 
 } // namespace
 } // namespace tilmora

@@ -1,6 +1,6 @@
 // Application ids and names from window hints and desktop entries.
-#include "platform/x11/X11DesktopEntries.h"
 #include "platform/x11/X11Identity.h"
+#include "platform/x11/X11DesktopEntries.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,16 +21,15 @@ protected:
         write(system_, "org.example.Editor.desktop",
               "[Desktop Entry]\nType=Application\nName=Editor\n");
         write(system_, "firefox.desktop", "[Desktop Entry]\nType=Application\nName=Firefox\n");
-        write(system_, "kde/konsole.desktop",
-              "[Desktop Entry]\nType=Application\nName=Konsole\n");
+        write(system_, "kde/konsole.desktop", "[Desktop Entry]\nType=Application\nName=Konsole\n");
         // The user's own entry hides the system one, also when it hides itself.
         write(system_, "gone.desktop", "[Desktop Entry]\nType=Application\nName=Gone\n");
         write(user_, "gone.desktop", "[Desktop Entry]\nType=Application\nName=Gone\nHidden=true\n");
         write(system_, "link.desktop", "[Desktop Entry]\nType=Link\nName=Link\n");
     }
 
-    static void write(const QTemporaryDir& dir, const QString& name, const char* text) {
-        const QString path = dir.filePath(name);
+    static void write(const QTemporaryDir& dir, const char* name, const char* text) {
+        const QString path = dir.filePath(QString::fromUtf8(name));
         QDir().mkpath(QFileInfo(path).absolutePath());
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -63,25 +62,32 @@ TEST_P(X11IdentityRules, FollowTheMostSpecificHint) {
 
 INSTANTIATE_TEST_SUITE_P(
     X11, X11IdentityRules,
-    testing::Values(
-        IdentityCase{"GtkApplicationId",
-                     {QStringLiteral("org.example.Editor"), {}, "editor", "Editor-bin"},
-                     QStringLiteral("org.example.Editor"),
-                     QStringLiteral("Editor")},
-        IdentityCase{"KdeDesktopFileInSubdirectory",
-                     {{}, QStringLiteral("kde-konsole"), "konsole", "konsole"},
-                     QStringLiteral("kde-konsole"),
-                     QStringLiteral("Konsole")},
-        IdentityCase{"StartupWMClass", {{}, {}, "xterm", "XTerm"},
-                     QStringLiteral("debian-xterm"), QStringLiteral("XTerm")},
-        IdentityCase{"DesktopIdMatchingTheClass", {{}, {}, "Navigator", "Firefox"},
-                     QStringLiteral("firefox"), QStringLiteral("Firefox")},
-        IdentityCase{"WindowClassAlone", {{}, {}, "tilmora", "Tilmora"}, QStringLiteral("Tilmora"),
-                     QStringLiteral("Tilmora")},
-        IdentityCase{"HiddenEntryIsNotUsed", {{}, {}, "gone", "Gone"}, QStringLiteral("Gone"),
-                     QStringLiteral("Gone")},
-        IdentityCase{"NoHintsAtAll", {}, std::nullopt, std::nullopt}),
-    [](const testing::TestParamInfo<IdentityCase>& info) { return std::string(info.param.name); });
+    testing::Values(IdentityCase{"GtkApplicationId",
+                                 {QStringLiteral("org.example.Editor"), {}, "editor", "Editor-bin"},
+                                 QStringLiteral("org.example.Editor"),
+                                 QStringLiteral("Editor")},
+                    IdentityCase{"KdeDesktopFileInSubdirectory",
+                                 {{}, QStringLiteral("kde-konsole"), "konsole", "konsole"},
+                                 QStringLiteral("kde-konsole"),
+                                 QStringLiteral("Konsole")},
+                    IdentityCase{"StartupWMClass",
+                                 {{}, {}, "xterm", "XTerm"},
+                                 QStringLiteral("debian-xterm"),
+                                 QStringLiteral("XTerm")},
+                    IdentityCase{"DesktopIdMatchingTheClass",
+                                 {{}, {}, "Navigator", "Firefox"},
+                                 QStringLiteral("firefox"),
+                                 QStringLiteral("Firefox")},
+                    IdentityCase{"WindowClassAlone",
+                                 {{}, {}, "tilmora", "Tilmora"},
+                                 QStringLiteral("Tilmora"),
+                                 QStringLiteral("Tilmora")},
+                    IdentityCase{"HiddenEntryIsNotUsed",
+                                 {{}, {}, "gone", "Gone"},
+                                 QStringLiteral("Gone"),
+                                 QStringLiteral("Gone")},
+                    IdentityCase{"NoHintsAtAll", {}, std::nullopt, std::nullopt}),
+    [](const testing::TestParamInfo<IdentityCase>& p) { return std::string(p.param.name); });
 
 TEST_F(X11Identity, NamesFollowTheLocale) {
     auto german = entries({QStringLiteral("de_AT"), QStringLiteral("de")});

@@ -90,13 +90,13 @@ INSTANTIATE_TEST_SUITE_P(
                     "48x1080+1440+0",
                     {screen({0, 0, 1440, 900}, {0, 0, 1440, 900}, "L"),
                      screen({1440, -180, 1920, 1080}, {1488, -180, 1872, 1080}, "R")}}),
-    [](const testing::TestParamInfo<MonitorCase>& info) { return std::string(info.param.name); });
+    [](const testing::TestParamInfo<MonitorCase>& p) { return std::string(p.param.name); });
 
 TEST(X11Monitors, ChangesAreSeenAtTheNextCall) {
-    X11TestDesktop desktop({X11TestDesktop::WindowManager::openbox,
-                            "3360x1080",
-                            {{"*L", "1440/381x900/238+0+0", "screen"},
-                             {"R", "1920/508x1080/286+1440+0"}}});
+    X11TestDesktop desktop(
+        {X11TestDesktop::WindowManager::openbox,
+         "3360x1080",
+         {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}}});
     ASSERT_TRUE(desktop.isReady());
     X11Connection connection(QByteArray::fromStdString(desktop.display()));
     X11WindowSystem system(connection);
@@ -113,10 +113,10 @@ TEST(X11Monitors, ChangesAreSeenAtTheNextCall) {
 }
 
 TEST(X11Monitors, PointerIsInTheTopLeftSpaceOfThePrimary) {
-    X11TestDesktop desktop({X11TestDesktop::WindowManager::openbox,
-                            "1920x1980",
-                            {{"T", "1920/508x1080/286+0+0", "screen"},
-                             {"*B", "1440/381x900/238+0+1080"}}});
+    X11TestDesktop desktop(
+        {X11TestDesktop::WindowManager::openbox,
+         "1920x1980",
+         {{"T", "1920/508x1080/286+0+0", "screen"}, {"*B", "1440/381x900/238+0+1080"}}});
     ASSERT_TRUE(desktop.isReady());
     X11Connection connection(QByteArray::fromStdString(desktop.display()));
     X11WindowSystem system(connection);

@@ -34,15 +34,17 @@ TEST_P(TitleDecoding, YieldsTheTitleOrNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     X11, TitleDecoding,
-    testing::Values(
-        TextCase{"Utf8", text(utf8, "Caf\xC3\xA9"), QStringLiteral("Caf\u00E9")},
-        TextCase{"Latin1String", text(XCB_ATOM_STRING, "Caf\xE9"), QStringLiteral("Caf\u00E9")},
-        TextCase{"InvalidUtf8BecomesReplacement", text(utf8, "a\xFF" "b"),
-                 QStringLiteral("a\uFFFDb")},
-        TextCase{"CutAtNul", text(utf8, QByteArray("ab\0cd", 5)), QStringLiteral("ab")},
-        TextCase{"Missing", std::nullopt, std::nullopt},
-        TextCase{"NotText", cardinalValue({1, 2}), std::nullopt}),
-    [](const testing::TestParamInfo<TextCase>& info) { return std::string(info.param.name); });
+    testing::Values(TextCase{"Utf8", text(utf8, "Caf\xC3\xA9"), QStringLiteral("Caf\u00E9")},
+                    TextCase{"Latin1String", text(XCB_ATOM_STRING, "Caf\xE9"),
+                             QStringLiteral("Caf\u00E9")},
+                    TextCase{"InvalidUtf8BecomesReplacement",
+                             text(utf8, "a\xFF"
+                                        "b"),
+                             QStringLiteral("a\uFFFDb")},
+                    TextCase{"CutAtNul", text(utf8, QByteArray("ab\0cd", 5)), QStringLiteral("ab")},
+                    TextCase{"Missing", std::nullopt, std::nullopt},
+                    TextCase{"NotText", cardinalValue({1, 2}), std::nullopt}),
+    [](const testing::TestParamInfo<TextCase>& p) { return std::string(p.param.name); });
 
 TEST(X11Properties, TitleCutAtTheReadLimitDropsThePartialCharacter) {
     // 4095 bytes of ASCII and the first byte of a two-byte character, as a cut read leaves it.

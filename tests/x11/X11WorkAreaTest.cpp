@@ -54,14 +54,18 @@ INSTANTIATE_TEST_SUITE_P(
     X11, UsableAreas,
     testing::Values(
         AreaCase{"None", {}, left, right},
-        AreaCase{"TopPanelAcrossBoth", {topStrut(30, 0, 3359)}, {0, 30, 1440, 870},
+        AreaCase{"TopPanelAcrossBoth",
+                 {topStrut(30, 0, 3359)},
+                 {0, 30, 1440, 870},
                  {1440, 30, 1920, 1050}},
         AreaCase{"TopPanelOnRightOnly", {topStrut(30, 1440, 3359)}, left, {1440, 30, 1920, 1050}},
         AreaCase{"BottomOfSmallerMonitor", {bottomOfLeft()}, {0, 0, 1440, 860}, right},
         AreaCase{"InnerEdgeOfRight", {innerEdgeOfRight()}, left, {1488, 0, 1872, 1080}},
-        AreaCase{"TwoPanelsOnOneMonitor", {topStrut(30, 0, 1439), bottomOfLeft()},
-                 {0, 30, 1440, 830}, right}),
-    [](const testing::TestParamInfo<AreaCase>& info) { return std::string(info.param.name); });
+        AreaCase{"TwoPanelsOnOneMonitor",
+                 {topStrut(30, 0, 1439), bottomOfLeft()},
+                 {0, 30, 1440, 830},
+                 right}),
+    [](const testing::TestParamInfo<AreaCase>& p) { return std::string(p.param.name); });
 
 TEST(X11WorkArea, AShortPanelLeavesTheLargestRectangle) {
     // A 200 px wide panel at the top left: the strip below it (full width) is larger than the
@@ -69,8 +73,7 @@ TEST(X11WorkArea, AShortPanelLeavesTheLargestRectangle) {
     const X11Rect area = largestRemainder({0, 0, 1000, 800}, {0, 0, 200, 30});
     EXPECT_EQ(area, (X11Rect{0, 30, 1000, 770}));
     // A tall narrow panel: the part beside it wins.
-    EXPECT_EQ(largestRemainder({0, 0, 1000, 800}, {0, 0, 40, 700}),
-              (X11Rect{40, 0, 960, 800}));
+    EXPECT_EQ(largestRemainder({0, 0, 1000, 800}, {0, 0, 40, 700}), (X11Rect{40, 0, 960, 800}));
 }
 
 TEST(X11WorkArea, PublishedWorkAreasAreMatchedByOverlap) {

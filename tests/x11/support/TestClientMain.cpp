@@ -9,12 +9,14 @@
 //   --gtk-application-id ID   _GTK_APPLICATION_ID
 //   --type NAME               _NET_WM_WINDOW_TYPE_<NAME>, e.g. DOCK, DIALOG, UTILITY
 //   --state NAME              _NET_WM_STATE_<NAME> before mapping (repeatable)
-//   --min WxH, --max WxH      size limits; --fixed WxH sets both
+//   --min WxH, --max WxH      size limits (the minimum is also enforced by the client);
+//                             --fixed WxH sets both
 //   --increment WxH           resize increments (base size 0)
 //   --gtk-extents L,R,T,B     invisible client-side shadows, drawn without decorations
 //   --strut L,R,T,B,...       _NET_WM_STRUT_PARTIAL (12 numbers)
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -115,7 +117,7 @@ Settings parse(int argc, char** argv) {
 xcb_atom_t atom(xcb_connection_t* c, const std::string& name) {
     auto* reply = xcb_intern_atom_reply(
         c, xcb_intern_atom(c, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr);
-    const xcb_atom_t result = reply ? reply->atom : XCB_ATOM_NONE;
+    const xcb_atom_t result = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     std::free(reply);
     return result;
 }
@@ -142,11 +144,10 @@ int main(int argc, char** argv) {
         const xcb_window_t w = xcb_generate_id(c);
         const std::uint32_t values[] = {screen->white_pixel,
                                         XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_EXPOSURE};
-        xcb_create_window(c, XCB_COPY_FROM_PARENT, w, screen->root,
-                          static_cast<std::int16_t>(s.x), static_cast<std::int16_t>(s.y),
-                          static_cast<std::uint16_t>(s.width), static_cast<std::uint16_t>(s.height),
-                          0, XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual,
-                          XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
+        xcb_create_window(c, XCB_COPY_FROM_PARENT, w, screen->root, static_cast<std::int16_t>(s.x),
+                          static_cast<std::int16_t>(s.y), static_cast<std::uint16_t>(s.width),
+                          static_cast<std::uint16_t>(s.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                          screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
         const std::string title = s.windows > 1 ? s.title + " " + std::to_string(n + 1) : s.title;
         set(c, w, "_NET_WM_NAME", utf8, 8, title.data(), title.size());
         set(c, w, "WM_NAME", XCB_ATOM_STRING, 8, title.data(), title.size());
@@ -205,6 +206,18 @@ int main(int argc, char** argv) {
     }
     xcb_flush(c);
     while (xcb_generic_event_t* event = xcb_wait_for_event(c)) {
+        // Like a toolkit, the client holds on to its minimum size when a manager ignores it.
+        if (event->response_type == XCB_CONFIGURE_NOTIFY && s.minimum.size() == 2) {
+            const auto* configure = reinterpret_cast<xcb_configure_notify_event_t*>(event);
+            if (configure->width < s.minimum[0] || configure->height < s.minimum[1]) {
+                const std::uint32_t size[] = {
+                    std::max<std::uint32_t>(configure->width, s.minimum[0]),
+                    std::max<std::uint32_t>(configure->height, s.minimum[1])};
+                xcb_configure_window(c, configure->window,
+                                     XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
+                xcb_flush(c);
+            }
+        }
         std::free(event);
     }
     xcb_disconnect(c);

@@ -1,10 +1,13 @@
 #include "x11/support/X11TestDesktop.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 
 #include <xcb/res.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -49,7 +52,8 @@ std::string testClientPath() {
     return TILMORA_X11_TEST_CLIENT;
 }
 
-X11TestDesktop::X11TestDesktop(const Options& options) {
+X11TestDesktop::X11TestDesktop(const Options& options)
+    : options_(options) {
     ensureQtApplication();
     if (!scratch_.isValid() || !startServer(options.screenSize)) {
         return;
@@ -72,16 +76,39 @@ X11TestDesktop::~X11TestDesktop() {
     server_.stop();
 }
 
-bool X11TestDesktop::startServer(const std::string& screenSize) {
+void X11TestDesktop::stopServer() {
+    clients_.clear();
+    windowManager_.stop();
+    if (observer_) {
+        xcb_disconnect(observer_);
+        observer_ = nullptr;
+    }
+    server_.stop();
+    ready_ = false;
+}
+
+bool X11TestDesktop::restart() {
+    stopServer();
+    ready_ =
+        startServer(options_.screenSize, display_) && startWindowManager(options_.windowManager);
+    return ready_;
+}
+
+bool X11TestDesktop::startServer(const std::string& screenSize, const std::string& display) {
     int pipeEnds[2];
     if (::pipe(pipeEnds) != 0) {
         return false;
     }
     X11TestProcess::Options options;
     // -displayfd lets the server pick a free display itself, so parallel tests never collide.
-    options.arguments = {"Xvfb",    "-displayfd", std::to_string(pipeEnds[1]),
-                         "-screen", "0",          screenSize + "x24",
-                         "-noreset", "-nolisten", "tcp"};
+    options.arguments = {"Xvfb",     "-displayfd", std::to_string(pipeEnds[1]),
+                         "-screen",  "0",          screenSize + "x24",
+                         "-noreset", "-nolisten",  "tcp"};
+    if (!display.empty()) {
+        // The same display again: with its number given, the server still reports readiness
+        // through the descriptor.
+        options.arguments.insert(options.arguments.begin() + 1, display);
+    }
     options.inheritedDescriptor = pipeEnds[1];
     options.outputFile = scratch_.filePath(QStringLiteral("xvfb.log")).toStdString();
     server_ = X11TestProcess(options);
@@ -146,7 +173,33 @@ bool X11TestDesktop::startWindowManager(WindowManager manager) {
         options.arguments = {"icewm"};
     }
     windowManager_ = X11TestProcess(options);
-    return waitUntil([this] { return hasWindowManager(); });
+    if (!waitUntil([this] { return hasWindowManager(); })) {
+        return false;
+    }
+    // A manager announces itself before its event loop runs, and a window mapped in between
+    // can stay unmanaged: a probe window that gets managed shows the loop is running.
+    const xcb_window_t probe = xcb_generate_id(observer_);
+    xcb_create_window(observer_, XCB_COPY_FROM_PARENT, probe, root(), 0, 0, 10, 10, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const auto listed = [&] {
+        const auto clients = clientList();
+        return std::find(clients.begin(), clients.end(), probe) != clients.end();
+    };
+    // A map request that arrives too early is lost, so the probe is mapped again until the
+    // manager takes it.
+    bool managed = false;
+    for (int attempt = 0; attempt < 40 && !managed; ++attempt) {
+        xcb_unmap_window(observer_, probe);
+        xcb_map_window(observer_, probe);
+        xcb_flush(observer_);
+        managed = waitUntil(listed, std::chrono::milliseconds(250));
+    }
+    if (!managed) {
+        return false;
+    }
+    xcb_destroy_window(observer_, probe);
+    xcb_flush(observer_);
+    return waitUntil([&] { return !listed(); });
 }
 
 xcb_window_t X11TestDesktop::root() const {
@@ -158,7 +211,7 @@ xcb_atom_t X11TestDesktop::atom(const char* name) const {
         observer_,
         xcb_intern_atom(observer_, 0, static_cast<std::uint16_t>(std::strlen(name)), name),
         nullptr);
-    const xcb_atom_t result = reply ? reply->atom : XCB_ATOM_NONE;
+    const xcb_atom_t result = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     std::free(reply);
     return result;
 }
@@ -210,7 +263,8 @@ std::optional<pid_t> X11TestDesktop::pidOf(xcb_window_t window) const {
     return pid;
 }
 
-std::optional<std::array<std::int32_t, 4>> X11TestDesktop::clientGeometry(xcb_window_t window) const {
+std::optional<std::array<std::int32_t, 4>>
+X11TestDesktop::clientGeometry(xcb_window_t window) const {
     xcb_get_geometry_reply_t* geometry =
         xcb_get_geometry_reply(observer_, xcb_get_geometry(observer_, window), nullptr);
     xcb_translate_coordinates_reply_t* origin = xcb_translate_coordinates_reply(
@@ -267,6 +321,13 @@ X11TestDesktop::Client X11TestDesktop::startManagedClient(X11TestProcess::Option
         return static_cast<int>(client.windows.size()) >= windowCount;
     });
     if (!managed) {
+        std::fprintf(stderr, "client %d (%s) not managed; running: %d; listed:", client.pid,
+                     options.arguments.front().c_str(), clients_.back().isRunning() ? 1 : 0);
+        for (const xcb_window_t window : clientList()) {
+            std::fprintf(stderr, " 0x%x (pid %d, extents %zu)", window, pidOf(window).value_or(-1),
+                         cardinals(window, "_NET_FRAME_EXTENTS").size());
+        }
+        std::fprintf(stderr, "\n");
         client.windows.clear();
     }
     return client;
@@ -309,8 +370,7 @@ std::optional<int> X11TestDesktop::runTool(std::vector<std::string> arguments) {
 }
 
 bool X11TestDesktop::setMonitor(const Monitor& monitor) {
-    return runTool({"xrandr", "--setmonitor", monitor.name, monitor.geometry, monitor.output}) ==
-           0;
+    return runTool({"xrandr", "--setmonitor", monitor.name, monitor.geometry, monitor.output}) == 0;
 }
 
 bool X11TestDesktop::deleteMonitor(const std::string& name) {

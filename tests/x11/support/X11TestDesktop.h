@@ -64,6 +64,11 @@ public:
     // Stops a client and waits until its windows have left the client list.
     void stopClient(pid_t pid);
 
+    // Stops everything including the server; restart() brings the server and the manager
+    // back on the same display, without clients.
+    void stopServer();
+    bool restart();
+
     bool setMonitor(const Monitor& monitor);
     bool deleteMonitor(const std::string& name);
     // Runs an X command-line tool against this display; its exit status.
@@ -80,7 +85,7 @@ public:
     static void useDataDirectory(const std::string& directory);
 
 private:
-    bool startServer(const std::string& screenSize);
+    bool startServer(const std::string& screenSize, const std::string& display = {});
     bool startWindowManager(WindowManager manager);
     Client startManagedClient(X11TestProcess::Options options, int windowCount);
     xcb_atom_t atom(const char* name) const;
@@ -93,6 +98,7 @@ private:
     std::string display_;
     xcb_connection_t* observer_ = nullptr;
     bool ready_ = false;
+    Options options_;
 };
 
 // The path of the test client executable.

@@ -1,0 +1,63 @@
+// The installed desktop entries (XDG .desktop files of type Application): each entry's id,
+// its name in the user's language and the window class its windows carry. Read lazily and
+// again when an applications directory changes.
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <optional>
+#include <vector>
+
+namespace tilmora {
+
+struct X11DesktopEntry {
+    // The desktop file id: the path below applications/ with '/' turned into '-', without
+    // ".desktop".
+    QString id;
+    // Name in the first matching locale, else the untranslated Name.
+    QString name;
+    QString startupWMClass;
+
+    friend bool operator==(const X11DesktopEntry&, const X11DesktopEntry&) = default;
+};
+
+class X11DesktopEntries {
+public:
+    // $XDG_DATA_HOME/applications, then applications/ in each of $XDG_DATA_DIRS, in the
+    // user's locale.
+    X11DesktopEntries();
+    // The given directories (earlier ones win for the same id) and locales such as "de_DE",
+    // "de" in order of preference.
+    X11DesktopEntries(QStringList applicationDirectories, QStringList locales);
+
+    std::optional<X11DesktopEntry> byId(const QString& id);
+    // The entry whose StartupWMClass equals the class (or else the instance) name exactly.
+    std::optional<X11DesktopEntry> byStartupWMClass(const QByteArray& className,
+                                                    const QByteArray& instance);
+    // The entry whose id equals the class or instance name, ignoring case.
+    std::optional<X11DesktopEntry> byIdIgnoringCase(const QByteArray& className,
+                                                    const QByteArray& instance);
+
+    static QStringList defaultDirectories();
+    static QStringList defaultLocales();
+
+private:
+    void reloadIfChanged();
+    void load();
+    std::optional<X11DesktopEntry> parse(const QString& path, const QString& id) const;
+
+    QStringList directories_;
+    QStringList locales_;
+    std::vector<QDateTime> stamps_;
+    std::optional<std::chrono::steady_clock::time_point> lastCheck_;
+    QHash<QString, X11DesktopEntry> byId_;
+    QHash<QString, QString> lowerCaseIds_;
+    QHash<QString, QString> byWindowClass_;
+};
+
+} // namespace tilmora

@@ -1,0 +1,84 @@
+// Plain records of X11 geometry: integer rectangles in root-window pixels, frame extents,
+// struts and the size hints of a window.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+namespace tilmora {
+
+struct X11Rect {
+    std::int64_t x = 0;
+    std::int64_t y = 0;
+    std::int64_t width = 0;
+    std::int64_t height = 0;
+
+    std::int64_t right() const { return x + width; }
+    std::int64_t bottom() const { return y + height; }
+    bool isEmpty() const { return width <= 0 || height <= 0; }
+    std::int64_t area() const { return isEmpty() ? 0 : width * height; }
+
+    // The common part; empty (zero size) when the two do not overlap.
+    X11Rect intersected(const X11Rect& other) const {
+        const std::int64_t left = std::max(x, other.x);
+        const std::int64_t top = std::max(y, other.y);
+        const std::int64_t r = std::min(right(), other.right());
+        const std::int64_t b = std::min(bottom(), other.bottom());
+        if (r <= left || b <= top) {
+            return {left, top, 0, 0};
+        }
+        return {left, top, r - left, b - top};
+    }
+
+    friend bool operator==(const X11Rect&, const X11Rect&) = default;
+};
+
+// Widths of the four sides, as _NET_FRAME_EXTENTS and _GTK_FRAME_EXTENTS give them.
+struct X11Extents {
+    std::int64_t left = 0;
+    std::int64_t right = 0;
+    std::int64_t top = 0;
+    std::int64_t bottom = 0;
+
+    friend bool operator==(const X11Extents&, const X11Extents&) = default;
+};
+
+// _NET_WM_STRUT_PARTIAL: reserved widths measured from the root window's edges, each along a
+// range of the other axis (ends inclusive).
+struct X11Strut {
+    std::int64_t left = 0;
+    std::int64_t right = 0;
+    std::int64_t top = 0;
+    std::int64_t bottom = 0;
+    std::int64_t leftStartY = 0;
+    std::int64_t leftEndY = 0;
+    std::int64_t rightStartY = 0;
+    std::int64_t rightEndY = 0;
+    std::int64_t topStartX = 0;
+    std::int64_t topEndX = 0;
+    std::int64_t bottomStartX = 0;
+    std::int64_t bottomEndX = 0;
+
+    friend bool operator==(const X11Strut&, const X11Strut&) = default;
+};
+
+// The parts of WM_NORMAL_HINTS that decide what sizes a window can take.
+struct X11SizeHints {
+    std::optional<std::int64_t> minWidth;
+    std::optional<std::int64_t> minHeight;
+    std::optional<std::int64_t> maxWidth;
+    std::optional<std::int64_t> maxHeight;
+    // XCB_GRAVITY_*; absent means NorthWest.
+    std::optional<std::uint32_t> windowGravity;
+
+    // Minimum and maximum size given and equal: the window cannot be resized.
+    bool isFixedSize() const {
+        return minWidth && minHeight && maxWidth && maxHeight && *minWidth == *maxWidth &&
+               *minHeight == *maxHeight && *maxWidth > 0 && *maxHeight > 0;
+    }
+
+    friend bool operator==(const X11SizeHints&, const X11SizeHints&) = default;
+};
+
+} // namespace tilmora

@@ -1,0 +1,204 @@
+// Frames applied through the window manager and read back, with real clients: windows that
+// take any frame, that limit their size, that are maximized, fixed, decorated by themselves or
+// closed before the write. Built twice: under openbox and under icewm.
+#include "platform/AXError.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11WindowSystem.h"
+#include "windows/WindowManager.h"
+#include "x11/support/X11TestDesktop.h"
+
+#include <gtest/gtest.h>
+
+namespace tilmora {
+namespace {
+
+using test::X11TestDesktop;
+
+#ifdef TILMORA_TEST_ICEWM
+constexpr auto windowManager = X11TestDesktop::WindowManager::icewm;
+#else
+constexpr auto windowManager = X11TestDesktop::WindowManager::openbox;
+#endif
+
+class X11Placement : public testing::Test {
+protected:
+    void SetUp() override {
+        desktop_ = std::make_unique<X11TestDesktop>(
+            X11TestDesktop::Options{windowManager, "1920x1080", {}});
+        ASSERT_TRUE(desktop_->isReady());
+        connection_ =
+            std::make_unique<X11Connection>(QByteArray::fromStdString(desktop_->display()));
+        system_ = std::make_unique<X11WindowSystem>(*connection_);
+        manager_ = std::make_unique<WindowManager>(*system_, system_->ownBundleIdentifier());
+    }
+
+    // The outer visible frame as an independent connection sees it on the server.
+    std::optional<CGRect> serverFrame(xcb_window_t window) const {
+        const auto client = desktop_->clientGeometry(window);
+        if (!client) {
+            return std::nullopt;
+        }
+        auto frame = desktop_->cardinals(window, "_NET_FRAME_EXTENTS");
+        auto shadow = desktop_->cardinals(window, "_GTK_FRAME_EXTENTS");
+        frame.resize(4, 0);
+        shadow.resize(4, 0);
+        const auto side = [](const std::vector<std::uint32_t>& v, int i) {
+            return static_cast<double>(v[static_cast<std::size_t>(i)]);
+        };
+        const auto& c = *client;
+        return CGRect(c[0] - side(frame, 0) + side(shadow, 0),
+                      c[1] - side(frame, 2) + side(shadow, 2),
+                      c[2] + side(frame, 0) + side(frame, 1) - side(shadow, 0) - side(shadow, 1),
+                      c[3] + side(frame, 2) + side(frame, 3) - side(shadow, 2) - side(shadow, 3));
+    }
+
+    std::unique_ptr<X11TestDesktop> desktop_;
+    std::unique_ptr<X11Connection> connection_;
+    std::unique_ptr<X11WindowSystem> system_;
+    std::unique_ptr<WindowManager> manager_;
+};
+
+struct PlacementCase {
+    const char* name;
+    std::vector<std::string> client;
+    CGRect requested;
+    // The frame the window ends with; absent when the placement fails with `error`.
+    std::optional<CGRect> landed;
+    std::optional<WindowManagerError::Kind> error;
+};
+
+class X11PlacementCases : public X11Placement, public testing::WithParamInterface<PlacementCase> {};
+
+TEST_P(X11PlacementCases, LandAndAreReportedHonestly) {
+    const PlacementCase& c = GetParam();
+    const auto client = desktop_->startTestClient(c.client);
+    ASSERT_EQ(client.windows.size(), 1U);
+    const xcb_window_t window = client.windows.front();
+
+    const auto result = manager_->setFrame(c.requested, WindowElement{window});
+
+    if (c.error) {
+        ASSERT_FALSE(result);
+        EXPECT_EQ(result.error().kind(), *c.error);
+        return;
+    }
+    ASSERT_TRUE(result) << result.error();
+    EXPECT_EQ(result->finalFrame, *c.landed);
+    EXPECT_EQ(result->isExact, *c.landed == c.requested);
+    EXPECT_EQ(serverFrame(window), *c.landed);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    X11, X11PlacementCases,
+    testing::Values(PlacementCase{"Cooperative",
+                                  {"--geometry", "400x300+50+50"},
+                                  {100, 120, 800, 600},
+                                  CGRect(100, 120, 800, 600),
+                                  std::nullopt},
+                    PlacementCase{"Maximized",
+                                  {"--geometry", "400x300+50+50", "--state", "MAXIMIZED_VERT",
+                                   "--state", "MAXIMIZED_HORZ"},
+                                  {960, 0, 960, 540},
+                                  CGRect(960, 0, 960, 540),
+                                  std::nullopt},
+                    PlacementCase{"ClientSideDecorations",
+                                  {"--geometry", "440x340+50+50", "--gtk-extents", "20,20,15,25"},
+                                  {300, 200, 640, 480},
+                                  CGRect(300, 200, 640, 480),
+                                  std::nullopt},
+                    PlacementCase{"FixedSizeIsRefused",
+                                  {"--geometry", "300x200+50+50", "--fixed", "300x200"},
+                                  {0, 0, 960, 1080},
+                                  std::nullopt,
+                                  WindowManagerError::cannotResizeWindow}),
+    [](const testing::TestParamInfo<PlacementCase>& p) { return std::string(p.param.name); });
+
+TEST_F(X11Placement, ACooperativeWindowLandsInTheFirstPass) {
+    const auto client = desktop_->startTestClient({"--geometry", "400x300+50+50"});
+    ASSERT_EQ(client.windows.size(), 1U);
+
+    const auto result = manager_->setFrame({10, 20, 700, 500}, WindowElement{client.windows[0]});
+
+    ASSERT_TRUE(result) << result.error();
+    EXPECT_TRUE(result->isExact);
+    EXPECT_EQ(result->attempts, 1);
+}
+
+TEST_F(X11Placement, AMinimumSizeIsReportedAsTheApplicationsLimit) {
+#ifdef TILMORA_TEST_ICEWM
+    // icewm applies no size hints to a pager's move-resize request: the window takes the frame
+    // and only a client that fights back restores its minimum, after the confirmation.
+    GTEST_SKIP() << "icewm ignores the minimum size of pager requests";
+#endif
+    const auto client =
+        desktop_->startTestClient({"--geometry", "1100x800+50+50", "--min", "1000x700"});
+    ASSERT_EQ(client.windows.size(), 1U);
+    const WindowElement window{client.windows.front()};
+    const auto frame = serverFrame(client.windows.front());
+    ASSERT_TRUE(frame);
+    // Whatever the decorations add, the frame cannot shrink below the client's minimum.
+    const CGSize decorations{frame->width() - 1100, frame->height() - 800};
+
+    const auto result = manager_->setFrame({0, 0, 800, 600}, window);
+
+    ASSERT_TRUE(result) << result.error();
+    EXPECT_FALSE(result->isExact);
+    EXPECT_EQ(result->finalFrame.size,
+              (CGSize{1000 + decorations.width, 700 + decorations.height}));
+    EXPECT_EQ(result->finalFrame.origin, (CGPoint{0, 0}));
+    EXPECT_EQ(serverFrame(client.windows.front()), result->finalFrame);
+    EXPECT_TRUE(result->statusSuffix().contains(QStringLiteral("instead of 800 x 600")));
+}
+
+TEST_F(X11Placement, AnXtermLandsWithinItsSizeIncrements) {
+    const auto client = desktop_->startXterm({"-geometry", "80x24+40+40"});
+    ASSERT_EQ(client.windows.size(), 1U);
+    const WindowElement window{client.windows.front()};
+    // The left half of the screen, as the quick layout asks for it.
+    const CGRect leftHalf(0, 0, 960, 1080);
+
+    const auto result = manager_->setFrame(leftHalf, window);
+
+    ASSERT_TRUE(result) << result.error();
+    // One character cell at most (xterm's default font is 6 x 13), never larger.
+    EXPECT_EQ(result->finalFrame.origin, leftHalf.origin);
+    EXPECT_LE(result->finalFrame.width(), 960);
+    EXPECT_GT(result->finalFrame.width(), 960 - 6 - 1);
+    EXPECT_LE(result->finalFrame.height(), 1080);
+    EXPECT_GT(result->finalFrame.height(), 1080 - 13 - 1);
+    EXPECT_EQ(serverFrame(client.windows.front()), result->finalFrame);
+    EXPECT_EQ(result->isExact, result->finalFrame.isClose(leftHalf, 3));
+    EXPECT_EQ(result->statusSuffix().isEmpty(), result->isExact);
+}
+
+TEST_F(X11Placement, AWindowClosedBeforeThePlacementIsAnError) {
+    const auto client = desktop_->startTestClient({"--geometry", "400x300+50+50"});
+    ASSERT_EQ(client.windows.size(), 1U);
+    ASSERT_FALSE(manager_->allWindows().empty());
+    desktop_->stopClient(client.pid);
+
+    const auto result = manager_->setFrame({0, 0, 800, 600}, WindowElement{client.windows.front()});
+
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error().kind(), WindowManagerError::cannotResizeWindow);
+    EXPECT_EQ(system_->setPosition(WindowElement{client.windows.front()}, {0, 0}),
+              AXError::failure);
+    EXPECT_FALSE(system_->position(WindowElement{client.windows.front()}));
+}
+
+TEST_F(X11Placement, SettleReturnsOnceTheServerConfirms) {
+    const auto client = desktop_->startTestClient({"--geometry", "400x300+50+50"});
+    ASSERT_EQ(client.windows.size(), 1U);
+    const WindowElement window{client.windows.front()};
+
+    ASSERT_EQ(system_->setPosition(window, {200, 100}), AXError::success);
+    ASSERT_EQ(system_->setSize(window, {640, 480}), AXError::success);
+    system_->settle(window, std::chrono::milliseconds(2000));
+
+    // Read right after the settle, without any further wait: the frame must be there.
+    EXPECT_EQ(system_->position(window), (CGPoint{200, 100}));
+    EXPECT_EQ(system_->size(window), (CGSize{640, 480}));
+}
+
+} // namespace
+} // namespace tilmora
