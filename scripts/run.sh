@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# Launches the Tilmora application from a build directory.
+# `make run`: with an X display, runs tilmora there; without one, shows it in a private X
+# session with a short demonstration.
 set -euo pipefail
 build_dir=${1:-build}
 app="$build_dir/src/core/tilmora"
 if [ ! -x "$app" ]; then
-    echo "run: the tilmora executable is not part of this build yet ($app); the build and" \
-         "'make test' cover what exists so far." >&2
+    echo "run: $app was not built" >&2
     exit 1
 fi
-exec "$app" "${@:2}"
+if [ -n "${DISPLAY:-}" ]; then
+    exec "$app" "${@:2}"
+fi
+exec "$(dirname "$0")/demo.sh" "$build_dir"

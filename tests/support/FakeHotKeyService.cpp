@@ -7,66 +7,44 @@ namespace tilmora {
 HotKeyRegistrationResult FakeHotKeyService::registerHotKey(std::uint32_t keyCode,
                                                            std::uint32_t modifiers,
                                                            std::uint32_t id) {
-    HotKeyRegistrationResult result;
+    ++attempts_;
     if (const auto refusal = refusals_.find({keyCode, modifiers}); refusal != refusals_.end()) {
-        result.status = refusal->second;
-    } else if (registration(keyCode, modifiers)) {
-        result.status = HotKeyStatus::alreadyTaken;
-    } else {
-        result.handle = HotKeyHandle{nextHandle_++};
-        registrations_.push_back({*result.handle, keyCode, modifiers, id});
+        return {refusal->second, std::nullopt};
     }
-    attempts_.push_back({keyCode, modifiers, id, result.status});
-    return result;
+    if (find([&](auto& r) { return r.keyCode == keyCode && r.modifiers == modifiers; })) {
+        return {HotKeyStatus::alreadyTaken, std::nullopt};
+    }
+    const HotKeyHandle handle{nextHandle_++};
+    registrations_.push_back({handle, keyCode, modifiers, id});
+    return {HotKeyStatus::success, handle};
 }
 
 void FakeHotKeyService::unregisterHotKey(HotKeyHandle handle) {
-    const auto found = std::find_if(registrations_.begin(), registrations_.end(),
-                                    [&](const Registration& r) { return r.handle == handle; });
-    if (found == registrations_.end()) {
+    if (std::erase_if(registrations_, [&](auto& r) { return r.handle == handle; }) == 0) {
         ++staleUnregistrations_;
-        return;
     }
-    registrations_.erase(found);
 }
 
-void FakeHotKeyService::setPressedHandler(PressedHandler handler) {
-    handler_ = std::move(handler);
+const FakeHotKeyService::Registration* FakeHotKeyService::find(auto matches) const {
+    const auto found = std::find_if(registrations_.begin(), registrations_.end(), matches);
+    return found == registrations_.end() ? nullptr : &*found;
 }
 
-void FakeHotKeyService::refuse(std::uint32_t keyCode, std::uint32_t modifiers,
-                               std::int32_t status) {
-    refusals_[{keyCode, modifiers}] = status;
-}
-
-void FakeHotKeyService::allow(std::uint32_t keyCode, std::uint32_t modifiers) {
-    refusals_.erase({keyCode, modifiers});
+const FakeHotKeyService::Registration* FakeHotKeyService::registered(std::uint32_t id) const {
+    return find([&](auto& r) { return r.id == id; });
 }
 
 bool FakeHotKeyService::press(std::uint32_t id) {
-    const bool registered = std::any_of(registrations_.begin(), registrations_.end(),
-                                        [&](const Registration& r) { return r.id == id; });
-    return registered && deliver(id);
+    return registered(id) && pressQueued(id);
 }
 
 bool FakeHotKeyService::pressShortcut(std::uint32_t keyCode, std::uint32_t modifiers) {
-    const auto found = registration(keyCode, modifiers);
-    return found && deliver(found->id);
+    const Registration* found =
+        find([&](auto& r) { return r.keyCode == keyCode && r.modifiers == modifiers; });
+    return found && pressQueued(found->id);
 }
 
-std::optional<FakeHotKeyService::Registration>
-FakeHotKeyService::registration(std::uint32_t keyCode, std::uint32_t modifiers) const {
-    const auto found =
-        std::find_if(registrations_.begin(), registrations_.end(), [&](const Registration& r) {
-            return r.keyCode == keyCode && r.modifiers == modifiers;
-        });
-    if (found == registrations_.end()) {
-        return std::nullopt;
-    }
-    return *found;
-}
-
-bool FakeHotKeyService::deliver(std::uint32_t id) {
+bool FakeHotKeyService::pressQueued(std::uint32_t id) {
     if (!handler_) {
         return false;
     }

@@ -1,6 +1,7 @@
 // Every fake service in one bundle, for tests that build a whole store.
 #pragma once
 
+#include "core/PlacementCanvas.h"
 #include "platform/Platform.h"
 #include "support/FakeHotKeyService.h"
 #include "support/FakeInputMonitor.h"
@@ -22,6 +23,27 @@ struct FakePlatform {
         return {windowSystem, hotKeyService, inputMonitor, scheduler,
                 otherPreferences ? *otherPreferences : preferences};
     }
+};
+
+// A canvas that keeps what it was shown; a test draws by calling `apply`.
+struct FakeCanvas final : PlacementCanvas {
+    bool isOpen() const override { return open; }
+    void close() override { open = false; }
+    void show(const std::vector<DisplayGeometry>& shown, const TilmoraWindow& shownTarget,
+              const QHash<std::uint32_t, DisplayLayoutProfile>& shownProfiles,
+              Apply applyRect) override {
+        open = true;
+        displays = shown;
+        target = shownTarget;
+        profiles = shownProfiles;
+        apply = std::move(applyRect);
+    }
+
+    bool open = false;
+    std::vector<DisplayGeometry> displays;
+    TilmoraWindow target;
+    QHash<std::uint32_t, DisplayLayoutProfile> profiles;
+    Apply apply;
 };
 
 // A screen in the bottom-left space with the whole frame usable.

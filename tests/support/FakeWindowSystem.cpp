@@ -1,29 +1,12 @@
 #include "support/FakeWindowSystem.h"
 
+#include "platform/AXError.h"
+
 #include <algorithm>
-#include <stdexcept>
+#include <limits>
 #include <utility>
 
 namespace tilmora {
-
-// --- Screens, pointer, permission
-
-std::vector<ScreenDescription> FakeWindowSystem::screens() const {
-    if (!screenSequence_.empty()) {
-        screens_ = std::move(screenSequence_.front());
-        screenSequence_.pop_front();
-    }
-    return screens_;
-}
-
-void FakeWindowSystem::setScreens(std::vector<ScreenDescription> screens) {
-    screenSequence_.clear();
-    screens_ = std::move(screens);
-}
-
-void FakeWindowSystem::setScreenSequence(std::vector<std::vector<ScreenDescription>> sequence) {
-    screenSequence_.assign(sequence.begin(), sequence.end());
-}
 
 bool FakeWindowSystem::requestTrust() {
     if (!trusted_) {
@@ -33,97 +16,41 @@ bool FakeWindowSystem::requestTrust() {
     return trusted_;
 }
 
-// --- Applications
-
-std::vector<RunningApplication> FakeWindowSystem::runningApplications() const {
-    return applications_;
-}
-
 std::optional<RunningApplication> FakeWindowSystem::frontmostApplication() const {
-    if (!frontmost_) {
-        return std::nullopt;
-    }
-    return application(*frontmost_);
+    return frontmost_ ? application(*frontmost_) : std::nullopt;
 }
 
 void FakeWindowSystem::setActivationHandler(ActivationHandler handler) {
     activationHandler_ = std::move(handler);
 }
 
-void FakeWindowSystem::addApplication(const RunningApplication& application) {
-    const auto existing =
-        std::find_if(applications_.begin(), applications_.end(), [&](const auto& a) {
-            return a.processIdentifier == application.processIdentifier;
-        });
-    if (existing != applications_.end()) {
-        *existing = application;
-    } else {
-        applications_.push_back(application);
-    }
-}
-
 void FakeWindowSystem::addApplication(std::int32_t pid, std::optional<QString> bundleIdentifier,
                                       std::optional<QString> localizedName) {
-    addApplication(RunningApplication{pid, std::move(bundleIdentifier), std::move(localizedName),
-                                      true, false});
+    addApplication({pid, std::move(bundleIdentifier), std::move(localizedName), true, false});
 }
 
 RunningApplication& FakeWindowSystem::applicationState(std::int32_t pid) {
-    const auto found = std::find_if(applications_.begin(), applications_.end(),
-                                    [&](const auto& a) { return a.processIdentifier == pid; });
-    if (found == applications_.end()) {
-        throw std::out_of_range("FakeWindowSystem: no application with this pid");
-    }
-    return *found;
-}
-
-void FakeWindowSystem::terminate(std::int32_t pid) {
-    applicationState(pid).isTerminated = true;
-    closeWindowsOf(pid);
+    return *std::find_if(applications_.begin(), applications_.end(),
+                         [&](const auto& a) { return a.processIdentifier == pid; });
 }
 
 void FakeWindowSystem::removeApplication(std::int32_t pid) {
     std::erase_if(applications_, [&](const auto& a) { return a.processIdentifier == pid; });
-    closeWindowsOf(pid);
-    if (frontmost_ == pid) {
-        frontmost_.reset();
-    }
-}
-
-bool FakeWindowSystem::activate(std::int32_t pid) {
-    const auto record = application(pid);
-    if (!record) {
-        return false;
-    }
-    frontmost_ = pid;
-    sendActivation(*record);
-    return true;
-}
-
-void FakeWindowSystem::sendActivation(const RunningApplication& application) {
-    if (activationHandler_) {
-        const ActivationHandler handler = activationHandler_;
-        handler(application);
-    }
-}
-
-void FakeWindowSystem::closeWindowsOf(std::int32_t pid) {
     for (auto& [value, window] : windows_) {
-        if (window.processIdentifier == pid) {
-            window.isClosed = true;
-        }
+        window.isClosed = window.isClosed || window.processIdentifier == pid;
     }
 }
 
-// --- Windows
+void FakeWindowSystem::activate(std::int32_t pid) {
+    frontmost_ = pid;
+    if (activationHandler_) {
+        activationHandler_(applicationState(pid));
+    }
+}
 
 WindowElement FakeWindowSystem::addWindow(std::int32_t pid, CGRect frame,
                                           std::optional<QString> title) {
-    Window window;
-    window.processIdentifier = pid;
-    window.frame = frame;
-    window.title = std::move(title);
-    return addWindow(window);
+    return addWindow({.processIdentifier = pid, .frame = frame, .title = std::move(title)});
 }
 
 WindowElement FakeWindowSystem::addWindow(const Window& window) {
@@ -133,37 +60,13 @@ WindowElement FakeWindowSystem::addWindow(const Window& window) {
     return element;
 }
 
-FakeWindowSystem::Window& FakeWindowSystem::window(WindowElement element) {
-    return windows_.at(element.value);
-}
-
-const FakeWindowSystem::Window& FakeWindowSystem::window(WindowElement element) const {
-    return windows_.at(element.value);
-}
-
-void FakeWindowSystem::close(WindowElement element) {
-    window(element).isClosed = true;
-}
-
 void FakeWindowSystem::setFocusedWindow(std::int32_t pid, std::optional<WindowElement> element) {
     focused_[pid] = element;
 }
 
-void FakeWindowSystem::bringToFront(WindowElement element) {
-    std::erase(stacking_, element);
-    stacking_.insert(stacking_.begin(), element);
-}
-
-FakeWindowSystem::Call FakeWindowSystem::makeCall(Call::Kind kind, WindowElement element) {
-    Call call;
-    call.kind = kind;
-    call.window = element;
-    return call;
-}
-
-FakeWindowSystem::Window* FakeWindowSystem::find(WindowElement element) const {
+FakeWindowSystem::Window* FakeWindowSystem::live(WindowElement element) const {
     const auto found = windows_.find(element.value);
-    return found == windows_.end() ? nullptr : &found->second;
+    return found == windows_.end() || found->second.isClosed ? nullptr : &found->second;
 }
 
 std::vector<WindowElement> FakeWindowSystem::windows(std::int32_t processIdentifier) const {
@@ -178,145 +81,83 @@ std::vector<WindowElement> FakeWindowSystem::windows(std::int32_t processIdentif
 
 std::optional<WindowElement> FakeWindowSystem::focusedWindow(std::int32_t processIdentifier) const {
     if (const auto scripted = focused_.find(processIdentifier); scripted != focused_.end()) {
-        if (!scripted->second) {
-            return std::nullopt;
-        }
-        const Window* focused = find(*scripted->second);
-        if (focused && !focused->isClosed) {
+        if (!scripted->second || live(*scripted->second)) {
             return scripted->second;
         }
     }
     for (const WindowElement element : stacking_) {
-        const Window* candidate = find(element);
-        if (candidate->processIdentifier == processIdentifier && !candidate->isClosed) {
+        if (live(element) && live(element)->processIdentifier == processIdentifier) {
             return element;
         }
     }
     return std::nullopt;
 }
 
-bool FakeWindowSystem::beginAccess(Window& window, int count, std::optional<int> limit) {
-    if (!window.isClosed && limit && count >= *limit) {
-        window.isClosed = true;
+const FakeWindowSystem::Window* FakeWindowSystem::answering(WindowElement element) const {
+    Window* window = live(element);
+    const auto& limit = window ? window->closesAfterReads : std::nullopt;
+    if (limit && window->readCount >= *limit) {
+        window->isClosed = true;
     }
-    return !window.isClosed;
-}
-
-void FakeWindowSystem::endAccess(Window& window, int& count, std::optional<int> limit) {
-    ++count;
-    if (limit && count >= *limit) {
-        window.isClosed = true;
+    if (!window || window->isClosed) {
+        return nullptr;
     }
-}
-
-template <typename T, typename Read>
-std::optional<T> FakeWindowSystem::read(WindowElement element, Read readValue) const {
-    Window* window = find(element);
-    if (!window || !beginAccess(*window, window->readCount, window->closesAfterReads)) {
-        return std::nullopt;
-    }
-    std::optional<T> value = readValue(*window);
-    endAccess(*window, window->readCount, window->closesAfterReads);
-    return value;
-}
-
-std::optional<QString> FakeWindowSystem::role(WindowElement element) const {
-    return read<QString>(element, [](const Window& w) { return w.role; });
-}
-
-std::optional<QString> FakeWindowSystem::subrole(WindowElement element) const {
-    return read<QString>(element, [](const Window& w) { return w.subrole; });
-}
-
-std::optional<QString> FakeWindowSystem::title(WindowElement element) const {
-    return read<QString>(element, [](const Window& w) { return w.title; });
+    // Closed as soon as the budget is used up, so that the writes after the last read fail.
+    window->isClosed = limit && ++window->readCount >= *limit;
+    return window;
 }
 
 std::optional<CGPoint> FakeWindowSystem::position(WindowElement element) const {
-    return read<CGPoint>(element, [](const Window& w) {
-        return w.isPositionReadable ? std::optional(w.frame.origin) : std::nullopt;
-    });
+    const Window* window = answering(element);
+    return window ? std::optional(window->frame.origin) : std::nullopt;
 }
 
 std::optional<CGSize> FakeWindowSystem::size(WindowElement element) const {
-    return read<CGSize>(element, [](const Window& w) {
-        return w.isSizeReadable ? std::optional(w.frame.size) : std::nullopt;
-    });
-}
-
-bool FakeWindowSystem::isPositionSettable(WindowElement element) const {
-    const Window* window = find(element);
-    return window && !window->isClosed && window->isPositionSettable;
-}
-
-bool FakeWindowSystem::isSizeSettable(WindowElement element) const {
-    const Window* window = find(element);
-    return window && !window->isClosed && window->isSizeSettable;
+    const Window* window = answering(element);
+    return window ? std::optional(window->frame.size) : std::nullopt;
 }
 
 void FakeWindowSystem::raise(WindowElement element) {
-    Call call = makeCall(Call::Kind::raise, element);
-    const Window* window = find(element);
-    if (window && !window->isClosed) {
-        bringToFront(element);
-    } else {
-        call.status = AXError::failure;
+    calls_.push_back(Call::raise);
+    if (live(element)) {
+        std::erase(stacking_, element);
+        stacking_.insert(stacking_.begin(), element);
     }
-    calls_.push_back(call);
 }
 
-std::int32_t FakeWindowSystem::write(Call call, const std::function<void(Window&)>& apply,
-                                     std::optional<std::int32_t> Window::*refusal) {
-    Window* window = find(call.window);
-    if (!window || !beginAccess(*window, window->writeCount, window->closesAfterWrites)) {
-        call.status = AXError::failure;
-    } else {
-        if (const auto refused = window->*refusal) {
-            call.status = *refused;
-        } else {
-            apply(*window);
-        }
-        endAccess(*window, window->writeCount, window->closesAfterWrites);
-    }
+std::int32_t FakeWindowSystem::write(WindowElement element, Call call,
+                                     std::optional<std::int32_t> Window::*refusal,
+                                     const std::function<void(Window&)>& apply) {
     calls_.push_back(call);
-    return call.status;
+    Window* window = live(element);
+    if (!window || window->*refusal) {
+        return window ? *(window->*refusal) : AXError::failure;
+    }
+    apply(*window);
+    return AXError::success;
 }
 
 std::int32_t FakeWindowSystem::setPosition(WindowElement element, CGPoint position) {
-    Call call = makeCall(Call::Kind::setPosition, element);
-    call.position = position;
-    return write(
-        call, [&](Window& w) { w.frame.origin = position; }, &Window::positionWriteRefusal);
+    return write(element, Call::setPosition, &Window::positionWriteRefusal,
+                 [&](Window& w) { w.frame.origin = position; });
 }
 
 std::int32_t FakeWindowSystem::setSize(WindowElement element, CGSize size) {
-    Call call = makeCall(Call::Kind::setSize, element);
-    call.size = size;
-    return write(
-        call,
-        [&](Window& w) {
-            CGSize taken = size;
-            if (w.minimumSize) {
-                taken.width = std::max(taken.width, w.minimumSize->width);
-                taken.height = std::max(taken.height, w.minimumSize->height);
-            }
-            if (w.maximumSize) {
-                if (w.maximumSize->width > 0) {
-                    taken.width = std::min(taken.width, w.maximumSize->width);
-                }
-                if (w.maximumSize->height > 0) {
-                    taken.height = std::min(taken.height, w.maximumSize->height);
-                }
-            }
-            w.frame.size = taken;
-        },
-        &Window::sizeWriteRefusal);
+    return write(element, Call::setSize, &Window::sizeWriteRefusal, [&](Window& w) {
+        const CGSize low = w.minimumSize.value_or(CGSize{});
+        const CGSize high = w.maximumSize.value_or(CGSize{});
+        const auto limit = [](double value, double minimum, double maximum) {
+            const double unlimited = std::numeric_limits<double>::infinity();
+            return std::min(std::max(value, minimum), maximum > 0 ? maximum : unlimited);
+        };
+        w.frame.size = {limit(size.width, low.width, high.width),
+                        limit(size.height, low.height, high.height)};
+    });
 }
 
 void FakeWindowSystem::settle(WindowElement element, std::chrono::milliseconds maximum) {
-    Call call = makeCall(Call::Kind::settle, element);
-    call.maximum = maximum;
-    calls_.push_back(call);
+    calls_.push_back(Call::settle);
+    settleLimits_.push_back(maximum);
     if (settleHook_) {
         settleHook_(element);
     }
@@ -328,26 +169,11 @@ std::vector<OnScreenWindow> FakeWindowSystem::onScreenWindows() const {
     }
     std::vector<OnScreenWindow> result;
     for (const WindowElement element : stacking_) {
-        const Window* window = find(element);
-        if (!window->isClosed && window->isOnScreen) {
-            result.push_back(
-                {window->processIdentifier, window->layer, window->frame, window->title});
+        if (const Window* w = live(element)) {
+            result.push_back({w->processIdentifier, w->layer, w->frame, w->title});
         }
     }
     return result;
-}
-
-void FakeWindowSystem::setOnScreenWindows(std::optional<std::vector<OnScreenWindow>> windows) {
-    scriptedOnScreen_ = std::move(windows);
-}
-
-std::vector<FakeWindowSystem::Call::Kind> FakeWindowSystem::callKinds() const {
-    std::vector<Call::Kind> kinds;
-    kinds.reserve(calls_.size());
-    for (const Call& call : calls_) {
-        kinds.push_back(call.kind);
-    }
-    return kinds;
 }
 
 } // namespace tilmora

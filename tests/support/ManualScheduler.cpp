@@ -28,32 +28,8 @@ TaskToken ManualScheduler::addTimer(std::chrono::milliseconds due,
 }
 
 void ManualScheduler::cancel(TaskToken token) {
-    const auto soon = std::find_if(soonTasks_.begin(), soonTasks_.end(),
-                                   [&](const SoonTask& t) { return t.id == token.value; });
-    if (soon != soonTasks_.end()) {
-        soonTasks_.erase(soon);
-        return;
-    }
-    const auto timer = std::find_if(timers_.begin(), timers_.end(), [&](const auto& entry) {
-        return entry.second.id == token.value;
-    });
-    if (timer != timers_.end()) {
-        timers_.erase(timer);
-    }
-}
-
-bool ManualScheduler::isScheduled(TaskToken token) const {
-    return std::any_of(soonTasks_.begin(), soonTasks_.end(),
-                       [&](const SoonTask& t) { return t.id == token.value; }) ||
-           std::any_of(timers_.begin(), timers_.end(),
-                       [&](const auto& entry) { return entry.second.id == token.value; });
-}
-
-std::optional<std::chrono::milliseconds> ManualScheduler::nextDueTime() const {
-    if (timers_.empty()) {
-        return std::nullopt;
-    }
-    return timers_.begin()->first.first;
+    std::erase_if(soonTasks_, [&](const SoonTask& t) { return t.id == token.value; });
+    std::erase_if(timers_, [&](const auto& entry) { return entry.second.id == token.value; });
 }
 
 void ManualScheduler::advance(std::chrono::milliseconds duration) {
@@ -62,19 +38,13 @@ void ManualScheduler::advance(std::chrono::milliseconds duration) {
     while (!timers_.empty() && timers_.begin()->first.first <= target) {
         auto entry = timers_.extract(timers_.begin());
         now_ = entry.key().first;
-        Timer& timer = entry.mapped();
-        if (timer.interval.count() > 0) {
-            // Rescheduled before it runs, so that it can cancel itself.
-            const std::uint64_t id = timer.id;
-            const auto interval = timer.interval;
-            auto inserted = timers_.emplace(TimerKey{now_ + interval, nextSequence_++},
-                                            Timer{id, interval, std::move(timer.task)});
-            // Copied: the task may cancel itself, which destroys the stored one.
-            Task task = inserted.first->second.task;
-            task();
-        } else {
-            timer.task();
+        // Copied, and a repeat rescheduled before it runs, so that a task can cancel itself.
+        const Task task = entry.mapped().task;
+        if (const auto interval = entry.mapped().interval; interval.count() > 0) {
+            entry.key() = {now_ + interval, nextSequence_++};
+            timers_.insert(std::move(entry));
         }
+        task();
         runSoonTasks();
     }
     now_ = target;

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <deque>
 #include <map>
-#include <optional>
 #include <utility>
 
 namespace tilmora {
@@ -34,9 +33,6 @@ public:
     std::chrono::milliseconds now() const { return now_; }
     // Soon, delayed and repeating tasks that may still run.
     std::size_t scheduledCount() const { return soonTasks_.size() + timers_.size(); }
-    bool isScheduled(TaskToken token) const;
-    // When the earliest delayed task falls due; absent when none is scheduled.
-    std::optional<std::chrono::milliseconds> nextDueTime() const;
 
 private:
     struct SoonTask {

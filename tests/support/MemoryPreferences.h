@@ -11,13 +11,16 @@ namespace tilmora {
 
 class MemoryPreferences final : public TypedPreferences {
 public:
-    std::optional<PreferenceValue> value(const QString& key) const override;
-
+    std::optional<PreferenceValue> value(const QString& key) const override {
+        const auto found = values_.find(key);
+        return found == values_.end() ? std::nullopt : std::optional(found->second);
+    }
     void setString(const QString& key, const QString& value) { store(key, value); }
-    void remove(const QString& key) { values_.erase(key); }
 
 protected:
-    void store(const QString& key, const PreferenceValue& value) override;
+    void store(const QString& key, const PreferenceValue& value) override {
+        values_.insert_or_assign(key, value);
+    }
 
 private:
     std::map<QString, PreferenceValue> values_;

@@ -113,7 +113,7 @@ INSTANTIATE_TEST_SUITE_P(
                                   WindowManagerError::cannotResizeWindow}),
     [](const testing::TestParamInfo<PlacementCase>& p) { return std::string(p.param.name); });
 
-TEST_F(X11Placement, ACooperativeWindowLandsInTheFirstPass) {
+TEST_F(X11Placement, ACooperativeWindowLandsAtOnce) {
     const auto client = desktop_->startTestClient({"--geometry", "400x300+50+50"});
     ASSERT_EQ(client.windows.size(), 1U);
 
@@ -121,7 +121,9 @@ TEST_F(X11Placement, ACooperativeWindowLandsInTheFirstPass) {
 
     ASSERT_TRUE(result) << result.error();
     EXPECT_TRUE(result->isExact);
-    EXPECT_EQ(result->attempts, 1);
+    // One pass when the window manager answers within the settle time; on a machine busy with
+    // other work its answer can come after that, and the second pass finds the frame in place.
+    EXPECT_LE(result->attempts, 2);
 }
 
 TEST_F(X11Placement, AMinimumSizeIsReportedAsTheApplicationsLimit) {

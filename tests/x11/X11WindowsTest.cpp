@@ -193,6 +193,9 @@ TEST_F(X11Windows, OnScreenListIsFrontMostFirstWithLayers) {
         return result;
     };
     using Row = std::pair<std::optional<QString>, std::int32_t>;
+    // The newest window reaches this connection through its own events, a moment after the
+    // manager listed it.
+    ASSERT_TRUE(desktop_->waitUntil([&] { return titlesInOrder().size() == 3; }));
     EXPECT_EQ(titlesInOrder(),
               (std::vector<Row>{{QStringLiteral("Test Client"), X11WindowSystem::dockLayer},
                                 {QStringLiteral("Front"), 0},

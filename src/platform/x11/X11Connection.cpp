@@ -299,6 +299,7 @@ void* X11Connection::waitForReply(unsigned int sequence, X11Reply<xcb_generic_er
                 connectionLost();
                 return nullptr;
             }
+            scheduleDispatch();
             if (failure) {
                 if (error) {
                     error->reset(failure);
@@ -322,6 +323,20 @@ void* X11Connection::waitForReply(unsigned int sequence, X11Reply<xcb_generic_er
         }
     }
     return nullptr;
+}
+
+void X11Connection::scheduleDispatch() {
+    if (dispatchScheduled_ || !notifier_) {
+        return;
+    }
+    dispatchScheduled_ = true;
+    QMetaObject::invokeMethod(
+        &context_,
+        [this] {
+            dispatchScheduled_ = false;
+            dispatchPendingEvents();
+        },
+        Qt::QueuedConnection);
 }
 
 X11Reply<xcb_generic_error_t> X11Connection::check(xcb_void_cookie_t cookie) {

@@ -103,6 +103,9 @@ private:
     void disconnect();
     void connectionLost();
     void* waitForReply(unsigned int sequence, X11Reply<xcb_generic_error_t>* error);
+    // Dispatches on a later turn of the main loop: waiting for a reply reads the events that
+    // came before it into xcb's queue, where the socket notifier no longer sees them.
+    void scheduleDispatch();
     bool waitReadable(Clock::time_point deadline);
     void dispatch(xcb_generic_event_t* event);
     void logError(const xcb_generic_error_t& error) const;
@@ -129,6 +132,7 @@ private:
     std::map<int, ConnectionListener> connectionListeners_;
     std::uint64_t generation_ = 0;
     bool lost_ = false;
+    bool dispatchScheduled_ = false;
 };
 
 } // namespace tilmora

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace tilmora;
 
 namespace {
@@ -21,54 +23,58 @@ protected:
         store.refresh();
     }
     Profiles storedProfiles() const {
-        return DisplayLayoutProfile::decodeList(
-                   *fake.preferences.dataValue(PreferenceKeys::displayLayoutProfiles))
-            .value();
+        return *DisplayLayoutProfile::decodeList(
+            *fake.preferences.dataValue(PreferenceKeys::displayLayoutProfiles));
+    }
+    // The identification cards shown next: number, selected, pointer.
+    std::vector<std::tuple<int, bool, bool>> cardsShownBy(const std::function<void()>& action) {
+        std::vector<std::tuple<int, bool, bool>> cards;
+        const auto connection = QObject::connect(
+            &store, &AppStore::displayIdentificationRequested, [&](const auto& items, double s) {
+                seconds = s;
+                for (const DisplayIdentifierItem& item : items) {
+                    cards.emplace_back(item.number, item.isSelected, item.isPointer);
+                }
+            });
+        action();
+        QObject::disconnect(connection);
+        return cards;
     }
 
     FakePlatform fake;
     AppStore store{fake.platform()};
+    double seconds = 0;
 };
 
-TEST_F(AppStoreDisplaysTest, NewDisplaysGetDefaultProfilesInDisplayOrder) {
+TEST_F(AppStoreDisplaysTest, ProfilesFollowTheConnectedDisplaysInDisplayOrderAndAreSaved) {
     store.setGridColumns(3);
     store.setGap(40);
     connect({builtIn, studio});
-    const Profiles expected{{1, QStringLiteral("Built-in"), 3, 1, 32},
-                            {2, QStringLiteral("Studio"), 3, 1, 32}};
-    EXPECT_EQ(store.displayProfiles(), expected);
-    EXPECT_EQ(storedProfiles(), expected);
-}
+    const DisplayLayoutProfile builtInDefault{1, QStringLiteral("Built-in"), 3, 1, 32};
+    const DisplayLayoutProfile studioDefault{2, QStringLiteral("Studio"), 3, 1, 32};
+    EXPECT_EQ(store.displayProfiles(), (Profiles{builtInDefault, studioDefault}));
+    EXPECT_EQ(storedProfiles(), store.displayProfiles());
 
-TEST_F(AppStoreDisplaysTest, RenamedDisplayKeepsItsGridAndIsSaved) {
-    connect({builtIn, studio});
-    store.updateDisplayProfile(2, 4, 2, 8);
-    auto renamed = studio;
-    renamed.name = QStringLiteral("LG UltraFine");
-    connect({builtIn, renamed});
-    EXPECT_EQ(store.displayProfiles()[1], (DisplayLayoutProfile{2, renamed.name, 4, 2, 8}));
-    EXPECT_EQ(storedProfiles()[1].displayName, renamed.name);
-}
-
-TEST_F(AppStoreDisplaysTest, UnpluggedDisplayLosesItsProfileAndStartsOverWhenBack) {
-    connect({builtIn, studio});
-    store.updateDisplayProfile(2, 6, 4, 10);
-    connect({builtIn});
-    EXPECT_EQ(storedProfiles().size(), 1u);
-    connect({studio, builtIn});
-    // Display order, and the defaults again for the returning display.
-    EXPECT_EQ(store.displayProfiles(), (Profiles{{2, QStringLiteral("Studio"), 2, 1, 0},
-                                                 {1, QStringLiteral("Built-in"), 2, 1, 0}}));
-    connect({});
-    EXPECT_TRUE(store.displayProfiles().empty());
-}
-
-TEST_F(AppStoreDisplaysTest, UnchangedDisplaysAssignNothing) {
-    connect({builtIn, studio});
+    // Unchanged displays assign nothing.
     int announced = 0;
     QObject::connect(&store, &AppStore::displayProfilesChanged, [&] { ++announced; });
     store.refresh();
     EXPECT_EQ(announced, 0);
+
+    // A renamed display keeps its grid.
+    store.updateDisplayProfile(2, 4, 2, 8);
+    auto renamed = studio;
+    renamed.name = QStringLiteral("LG UltraFine");
+    connect({builtIn, renamed});
+    EXPECT_EQ(storedProfiles()[1], (DisplayLayoutProfile{2, renamed.name, 4, 2, 8}));
+
+    // An unplugged display loses its profile and starts over when it is back.
+    connect({builtIn});
+    EXPECT_EQ(storedProfiles(), Profiles{builtInDefault});
+    connect({studio, builtIn});
+    EXPECT_EQ(store.displayProfiles(), (Profiles{studioDefault, builtInDefault}));
+    connect({});
+    EXPECT_TRUE(store.displayProfiles().empty());
 }
 
 TEST_F(AppStoreDisplaysTest, SelectionStartsUnderThePointerAndNeedsTwoDisplays) {
@@ -85,106 +91,58 @@ TEST_F(AppStoreDisplaysTest, SelectionStartsUnderThePointerAndNeedsTwoDisplays) 
     connect({builtIn});
     EXPECT_FALSE(store.selectedDisplayID());
     EXPECT_EQ(store.activeDisplay()->id, 1u);
+    store.selectDisplay(1);
+    EXPECT_FALSE(store.selectedDisplayID());
+    EXPECT_FALSE(store.statusMessage());
 
     // A selected display that is gone gives way to the pointer's display.
     fake.windowSystem.setPointerLocation({-500, 500});
     connect({builtIn, side});
     EXPECT_EQ(store.selectedDisplayID(), 3u);
-}
 
-TEST_F(AppStoreDisplaysTest, PointerWithoutScreensIsNowhere) {
-    connect({builtIn});
-    EXPECT_EQ(store.pointerDisplayID(), 1u);
     connect({});
     EXPECT_FALSE(store.pointerDisplayID());
     EXPECT_FALSE(store.activeDisplay());
-    const DisplayLayoutProfile fallback = store.activeDisplayProfile();
-    EXPECT_EQ(fallback.id, 0u);
-    EXPECT_EQ(fallback.displayName, QStringLiteral("Default"));
+    EXPECT_EQ(store.activeDisplayProfile().id, 0u);
+    EXPECT_EQ(store.activeDisplayProfile().displayName, QStringLiteral("Default"));
 }
 
-TEST_F(AppStoreDisplaysTest, SelectingADisplayReportsItAndShowsOneCard) {
-    connect({builtIn, studio, side});
-    std::vector<DisplayIdentifierItem> shown;
-    double seconds = 0;
-    QObject::connect(&store, &AppStore::displayIdentificationRequested,
-                     [&](const auto& items, double duration) {
-                         shown = items;
-                         seconds = duration;
-                     });
-    store.selectDisplay(2);
-    EXPECT_EQ(store.selectedDisplayID(), 2u);
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Screen 2 selected for Custom Grid."));
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].number, 2);
-    EXPECT_TRUE(shown[0].isSelected);
-    EXPECT_FALSE(shown[0].isPointer);
-    EXPECT_EQ(seconds, 1.15);
-
-    shown.clear();
-    store.setStatusMessage(std::nullopt);
-    store.selectDisplay(77);
-    EXPECT_FALSE(store.selectedDisplayID());
-    EXPECT_FALSE(store.statusMessage());
-    EXPECT_TRUE(shown.empty());
-}
-
-TEST_F(AppStoreDisplaysTest, SelectingTheOnlyDisplayClearsTheSelection) {
-    connect({builtIn});
-    store.selectDisplay(1);
-    EXPECT_FALSE(store.selectedDisplayID());
-    EXPECT_FALSE(store.statusMessage());
-}
-
-TEST_F(AppStoreDisplaysTest, IdentifyingNumbersEveryDisplay) {
+TEST_F(AppStoreDisplaysTest, SelectingShowsOneCardAndIdentifyingNumbersEveryDisplay) {
     fake.windowSystem.setPointerLocation({-10, 10});
     connect({builtIn, studio, side});
-    store.selectDisplay(2);
-    std::vector<DisplayIdentifierItem> shown;
-    QObject::connect(&store, &AppStore::displayIdentificationRequested,
-                     [&](const auto& items, double duration) {
-                         shown = items;
-                         EXPECT_EQ(duration, 2.5);
-                     });
-    store.identifyDisplays();
-    ASSERT_EQ(shown.size(), 3u);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(shown[i].number, i + 1);
-        EXPECT_EQ(shown[i].isSelected, i == 1);
-        EXPECT_EQ(shown[i].isPointer, i == 2);
-    }
+    using Cards = std::vector<std::tuple<int, bool, bool>>;
+    EXPECT_EQ(cardsShownBy([&] { store.selectDisplay(2); }), (Cards{{2, true, false}}));
+    EXPECT_EQ(seconds, 1.15);
+    EXPECT_EQ(store.selectedDisplayID(), 2u);
+    EXPECT_EQ(store.statusMessage(), QStringLiteral("Screen 2 selected for Custom Grid."));
+
+    EXPECT_EQ(cardsShownBy([&] { store.identifyDisplays(); }),
+              (Cards{{1, false, false}, {2, true, false}, {3, false, true}}));
+    EXPECT_EQ(seconds, 2.5);
     EXPECT_EQ(store.displayNumber(3), 3);
     EXPECT_FALSE(store.displayNumber(9));
+
+    store.setStatusMessage(std::nullopt);
+    EXPECT_TRUE(cardsShownBy([&] { store.selectDisplay(77); }).empty());
+    EXPECT_FALSE(store.selectedDisplayID());
+    EXPECT_FALSE(store.statusMessage());
 }
 
-struct EditCase {
-    std::optional<std::int64_t> columns, rows;
-    std::optional<double> gap;
-    DisplayLayoutProfile expected;
-};
-
-class ProfileEditTest : public AppStoreDisplaysTest,
-                        public ::testing::WithParamInterface<EditCase> {};
-
-TEST_P(ProfileEditTest, ClampsPresentValuesAndKeepsTheRest) {
+TEST_F(AppStoreDisplaysTest, EditsClampPresentValuesKeepTheRestAndSkipUnknownDisplays) {
     connect({builtIn});
-    store.updateDisplayProfile(1, 3, 2, 5);
-    store.updateDisplayProfile(1, GetParam().columns, GetParam().rows, GetParam().gap);
-    EXPECT_EQ(store.displayProfiles().front(), GetParam().expected);
-    EXPECT_EQ(storedProfiles().front(), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Profiles, ProfileEditTest,
-    ::testing::Values(
-        EditCase{12, 0, 40, {1, QStringLiteral("Built-in"), 8, 1, 32}},
-        EditCase{std::nullopt, std::nullopt, NAN, {1, QStringLiteral("Built-in"), 3, 2, 0}},
-        EditCase{-4, 9, std::nullopt, {1, QStringLiteral("Built-in"), 1, 6, 5}},
-        EditCase{
-            std::nullopt, std::nullopt, std::nullopt, {1, QStringLiteral("Built-in"), 3, 2, 5}}));
-
-TEST_F(AppStoreDisplaysTest, UnknownDisplaysAreNotEditedOrCreated) {
-    connect({builtIn});
+    // clang-format off
+    const std::tuple<std::optional<std::int64_t>, std::optional<std::int64_t>, std::optional<double>, DisplayLayoutProfile> cases[] = {
+        {12, 0, 40, {1, QStringLiteral("Built-in"), 8, 1, 32}},
+        {std::nullopt, std::nullopt, NAN, {1, QStringLiteral("Built-in"), 3, 2, 0}},
+        {-4, 9, std::nullopt, {1, QStringLiteral("Built-in"), 1, 6, 5}},
+        {std::nullopt, std::nullopt, std::nullopt, {1, QStringLiteral("Built-in"), 3, 2, 5}}};
+    // clang-format on
+    for (const auto& [columns, rows, gap, expected] : cases) {
+        store.updateDisplayProfile(1, 3, 2, 5);
+        store.updateDisplayProfile(1, columns, rows, gap);
+        EXPECT_EQ(store.displayProfiles(), Profiles{expected});
+        EXPECT_EQ(storedProfiles(), Profiles{expected});
+    }
     const Profiles before = store.displayProfiles();
     store.updateDisplayProfile(9, 4, 4, 4);
     store.resetDisplayProfile(9);
@@ -196,7 +154,6 @@ TEST_F(AppStoreDisplaysTest, ActiveProfileEditsFallBackToTheStoreDefaults) {
     EXPECT_EQ(store.gridColumns(), 8);
     EXPECT_EQ(store.gridRows(), 1);
     EXPECT_EQ(store.gap(), 32);
-    EXPECT_EQ(fake.preferences.doubleValue(QStringLiteral("Tilmora.layoutGap")), 32);
 
     connect({builtIn, studio});
     store.selectDisplay(2);
@@ -206,26 +163,20 @@ TEST_F(AppStoreDisplaysTest, ActiveProfileEditsFallBackToTheStoreDefaults) {
     EXPECT_EQ(store.gridRows(), 1);
 }
 
-TEST_F(AppStoreDisplaysTest, ResetUsesTheCurrentNameAndDefaults) {
+TEST_F(AppStoreDisplaysTest, ResetAndUnknownDisplaysUseTheCurrentNameAndDefaults) {
     connect({builtIn, studio});
     store.updateDisplayProfile(2, 6, 5, 20);
     store.setGridColumns(4);
+    store.setGridRows(3);
     store.resetDisplayProfile(2);
-    EXPECT_EQ(store.displayProfiles()[1],
-              (DisplayLayoutProfile{2, QStringLiteral("Studio"), 4, 1, 0}));
-    EXPECT_EQ(storedProfiles()[1].columns, 4);
-}
-
-TEST_F(AppStoreDisplaysTest, ProfileOfADisplayWithoutOneIsItsDefault) {
-    connect({builtIn});
+    EXPECT_EQ(storedProfiles()[1], (DisplayLayoutProfile{2, QStringLiteral("Studio"), 4, 3, 0}));
     DisplayGeometry unknown;
     unknown.id = 42;
     unknown.name = QStringLiteral("Projector");
-    store.setGridRows(3);
     EXPECT_EQ(store.displayProfile(unknown),
-              (DisplayLayoutProfile{42, QStringLiteral("Projector"), 2, 3, 0}));
-    EXPECT_EQ(store.displayProfileMap().size(), 1);
-    EXPECT_EQ(store.displayProfileMap().value(1).displayName, QStringLiteral("Built-in"));
+              (DisplayLayoutProfile{42, QStringLiteral("Projector"), 4, 3, 0}));
+    EXPECT_EQ(store.displayProfileMap().size(), 2);
+    EXPECT_EQ(store.displayProfileMap().value(2), store.displayProfiles()[1]);
 }
 
 } // namespace

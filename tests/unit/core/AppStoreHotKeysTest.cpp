@@ -6,8 +6,7 @@
 
 #include <functional>
 #include <memory>
-#include <string>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 using namespace tilmora;
@@ -16,116 +15,64 @@ namespace keys = tilmora::PreferenceKeys;
 
 namespace {
 
-constexpr std::uint32_t defaultLayoutMask = 0x1900; // ⌃⌥⌘
+constexpr std::uint32_t layoutMask = 0x1900; // ⌃⌥⌘
 constexpr std::uint32_t controlOption = 0x1800;
 constexpr std::uint32_t command = 0x0100;
 constexpr std::uint32_t space = 49;
 constexpr std::uint32_t leftArrow = 123;
 constexpr std::uint32_t rightArrow = 124;
-constexpr std::uint32_t canvasID = HotKeyCenter::canvasHotKeyID;
 
-const HotKeyShortcut commandK{40, command, u"K"_s};
-const QString alreadyUsed = u"That shortcut is already used by macOS or another app."_s;
+using Combinations = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
 
-using Combination = std::pair<std::uint32_t, std::uint32_t>;
+const QString refusedPrefix = u"Some global shortcuts could not be registered: "_s;
+const QString refusedSuffix = u"They may already be used by macOS or another app."_s;
 
-class AppStoreHotKeysTest : public ::testing::Test {
-protected:
-    AppStoreHotKeysTest() {
-        fake.windowSystem.setScreens({screen({0, 0, 1440, 900}, 1, "Built-in")});
+// Mail's inbox, frontmost, and a store over it.
+struct Desk {
+    Desk() {
+        fake.windowSystem.setScreens({builtInScreen});
         fake.windowSystem.addApplication(10, u"org.example.Mail"_s, u"Mail"_s);
-        inbox = fake.windowSystem.addWindow(10, {100, 100, 600, 400}, u"Inbox"_s);
+        fake.windowSystem.addWindow(10, {100, 100, 600, 400}, u"Inbox"_s);
         fake.windowSystem.setFrontmostApplication(10);
     }
-
-    void holdElsewhere(const std::vector<Combination>& combinations) {
+    void holdElsewhere(const Combinations& combinations) {
         for (const auto& [keyCode, modifiers] : combinations) {
             fake.hotKeyService.refuse(keyCode, modifiers);
         }
     }
 
     FakePlatform fake;
-    WindowElement inbox;
     std::unique_ptr<AppStore> store = std::make_unique<AppStore>(fake.platform());
 };
 
-struct StartCase {
-    std::string name;
-    std::vector<Combination> heldElsewhere;
-    std::optional<QString> message;
-
-    friend void PrintTo(const StartCase& c, std::ostream* out) { *out << c.name; }
-};
-
-class HotKeyStartMessageTest : public AppStoreHotKeysTest,
-                               public ::testing::WithParamInterface<StartCase> {};
-
-TEST_P(HotKeyStartMessageTest, NamesTheFirstFourRefusalsAndCountsTheRest) {
-    holdElsewhere(GetParam().heldElsewhere);
-    store->start();
-    EXPECT_EQ(store->statusMessage(), GetParam().message);
-}
-
-const std::vector<Combination> fourArrowsAndM{{123, defaultLayoutMask},
-                                              {124, defaultLayoutMask},
-                                              {126, defaultLayoutMask},
-                                              {125, defaultLayoutMask},
-                                              {46, defaultLayoutMask}};
-
-INSTANTIATE_TEST_SUITE_P(
-    AppStore, HotKeyStartMessageTest,
-    ::testing::Values(
-        StartCase{"NoneRefused", {}, std::nullopt},
-        StartCase{"CanvasOnly",
-                  {{space, controlOption}},
-                  u"Some global shortcuts could not be registered: ⌃⌥Space. They may already be "
-                  u"used by macOS or another app."_s},
+TEST(HotKeyStartMessageTest, NamesTheFirstFourRefusalsAndCountsTheRest) {
+    // clang-format off
+    const Combinations arrowsAndM{{123, layoutMask}, {124, layoutMask}, {126, layoutMask}, {125, layoutMask}, {46, layoutMask}};
+    Combinations arrowsMAndCanvas = arrowsAndM;
+    arrowsMAndCanvas.emplace_back(space, controlOption);
+    const std::pair<Combinations, std::optional<QString>> cases[] = {
+        {{}, std::nullopt},
+        {{{space, controlOption}}, refusedPrefix + u"⌃⌥Space. "_s + refusedSuffix},
         // Layout keys in id order, the canvas key last; exactly four need no count.
-        StartCase{"FourWithTheCanvasLast",
-                  {{space, controlOption},
-                   {18, defaultLayoutMask},
-                   {40, defaultLayoutMask},
-                   {leftArrow, defaultLayoutMask}},
-                  u"Some global shortcuts could not be registered: ⌃⌥⌘←, ⌃⌥⌘K, ⌃⌥⌘1, ⌃⌥Space. "
-                  u"They may already be used by macOS or another app."_s},
-        StartCase{"Five", fourArrowsAndM,
-                  u"Some global shortcuts could not be registered: ⌃⌥⌘←, ⌃⌥⌘→, ⌃⌥⌘↑, ⌃⌥⌘↓ and 1 "
-                  u"more. They may already be used by macOS or another app."_s},
-        StartCase{"SixWithTheCanvas",
-                  [] {
-                      auto held = fourArrowsAndM;
-                      held.emplace_back(space, controlOption);
-                      return held;
-                  }(),
-                  u"Some global shortcuts could not be registered: ⌃⌥⌘←, ⌃⌥⌘→, ⌃⌥⌘↑, ⌃⌥⌘↓ and 2 "
-                  u"more. They may already be used by macOS or another app."_s}),
-    [](const auto& testCase) { return testCase.param.name; });
-
-TEST_F(AppStoreHotKeysTest, StartTwiceRegistersOnce) {
-    store->start();
-    store->start();
-    EXPECT_EQ(fake.hotKeyService.attempts().size(), 16u);
-    EXPECT_EQ(fake.hotKeyService.registrations().size(), 16u);
+        {{{space, controlOption}, {18, layoutMask}, {40, layoutMask}, {leftArrow, layoutMask}}, refusedPrefix + u"⌃⌥⌘←, ⌃⌥⌘K, ⌃⌥⌘1, ⌃⌥Space. "_s + refusedSuffix},
+        {arrowsAndM, refusedPrefix + u"⌃⌥⌘←, ⌃⌥⌘→, ⌃⌥⌘↑, ⌃⌥⌘↓ and 1 more. "_s + refusedSuffix},
+        {arrowsMAndCanvas, refusedPrefix + u"⌃⌥⌘←, ⌃⌥⌘→, ⌃⌥⌘↑, ⌃⌥⌘↓ and 2 more. "_s + refusedSuffix}};
+    // clang-format on
+    for (const auto& [heldElsewhere, message] : cases) {
+        Desk desk;
+        desk.holdElsewhere(heldElsewhere);
+        desk.store->start();
+        EXPECT_EQ(desk.store->statusMessage(), message);
+    }
 }
 
-class OpenCanvas final : public PlacementCanvas {
-public:
-    bool isOpen() const override { return open; }
-    void close() override { open = false; }
-    void show(const std::vector<DisplayGeometry>&, const TilmoraWindow&,
-              const QHash<std::uint32_t, DisplayLayoutProfile>&, Apply) override {
-        open = true;
-    }
-
-    bool open = false;
-};
-
-TEST_F(AppStoreHotKeysTest, KeysRunTheirCommandsOnALaterTurn) {
-    OpenCanvas canvas;
+TEST(AppStoreHotKeysTest, KeysRunTheirCommandsOnALaterTurn) {
+    Desk desk;
+    auto& [fake, store] = desk;
+    FakeCanvas canvas;
     store->setPlacementCanvas(&canvas);
     store->start();
-
-    ASSERT_TRUE(fake.hotKeyService.pressShortcut(leftArrow, defaultLayoutMask));
+    ASSERT_TRUE(fake.hotKeyService.pressShortcut(leftArrow, layoutMask));
     EXPECT_FALSE(store->statusMessage());
     fake.scheduler.runPending();
     EXPECT_EQ(store->statusMessage(), u"Left Half applied to Mail."_s);
@@ -133,158 +80,66 @@ TEST_F(AppStoreHotKeysTest, KeysRunTheirCommandsOnALaterTurn) {
     ASSERT_TRUE(fake.hotKeyService.pressShortcut(space, controlOption));
     fake.scheduler.runPending();
     EXPECT_TRUE(canvas.open);
-
-    fake.windowSystem.close(inbox);
-    fake.hotKeyService.pressShortcut(rightArrow, defaultLayoutMask);
-    fake.scheduler.runPending();
-    EXPECT_EQ(store->statusMessage(), u"No target window is available."_s);
 }
 
-TEST_F(AppStoreHotKeysTest, CommandForAStoreThatIsGoneDoesNothing) {
-    store->start();
-    fake.hotKeyService.pressShortcut(leftArrow, defaultLayoutMask);
-    store.reset();
-    fake.scheduler.runPending();
-    // The store's keys went with it.
-    EXPECT_TRUE(fake.hotKeyService.registrations().empty());
-}
-
-struct SetterCase {
-    std::string name;
-    bool started;
-    std::vector<Combination> heldElsewhere;
-    std::function<void(AppStore&)> set;
-    QString message;
-    const QString* key;
-    // What is stored under the key afterwards (absent: nothing, as after a fresh start) and
-    // what the store publishes, both in the stored form.
-    std::optional<QByteArray> stored;
-    QByteArray published;
-
-    friend void PrintTo(const SetterCase& c, std::ostream* out) { *out << c.name; }
-};
-
-class ShortcutSetterTest : public AppStoreHotKeysTest,
-                           public ::testing::WithParamInterface<SetterCase> {};
-
-TEST_P(ShortcutSetterTest, ReportsStoresAndKeepsTheKeysInStep) {
-    const SetterCase& c = GetParam();
-    holdElsewhere(c.heldElsewhere);
-    if (c.started) {
-        store->start();
-    }
-    GetParam().set(*store);
-
-    EXPECT_EQ(store->statusMessage(), c.message);
-    EXPECT_EQ(fake.preferences.dataValue(*c.key), c.stored);
-    EXPECT_EQ(c.key == &keys::placementHotKey ? store->placementHotKey().encode()
-                                              : store->quickHotKeyModifiers().encode(),
-              c.published);
-
-    // Whatever happened, the registered keys are the published ones, also once started later.
-    store->start();
-    for (const auto& registration : fake.hotKeyService.registrations()) {
-        if (registration.id == canvasID) {
-            EXPECT_EQ(registration.keyCode, store->placementHotKey().keyCode);
-            EXPECT_EQ(registration.modifiers, store->placementHotKey().modifiers);
-        } else {
-            EXPECT_EQ(registration.modifiers, store->quickHotKeyModifiers().modifiers)
-                << "id " << registration.id;
+TEST(ShortcutSetterTest, ReportsStoresAndKeepsTheKeysInStep) {
+    const QByteArray spaceJson = R"({"keyCode":49,"modifiers":6144,"keyLabel":"Space"})";
+    const QByteArray commandKJson = R"({"keyCode":40,"modifiers":256,"keyLabel":"K"})";
+    const QByteArray layoutMaskJson = R"({"modifiers":6400})";
+    const QString alreadyUsed = u"That shortcut is already used by macOS or another app."_s;
+    using Set = std::function<void(AppStore&)>;
+    const Set commandK = [](AppStore& s) { s.setPlacementHotKey({40, command, u"K"_s}); };
+    const Set commandOnly = [](AppStore& s) { s.setQuickHotKeyModifiers({command}); };
+    // Started, what others hold, the change, the status, then what is stored under the setting's
+    // key afterwards (absent: nothing, as after a fresh start) and what the store publishes,
+    // both in the stored form.
+    using Case =
+        std::tuple<bool, Combinations, Set, QString, std::optional<QByteArray>, QByteArray>;
+    // clang-format off
+    const std::vector<Case> canvasCases{
+        {true, {}, commandK, u"Placement Canvas hotkey changed to ⌘K."_s, commandKJson, commandKJson},
+        {true, {}, [](AppStore& s) { s.setPlacementHotKey(HotKeyShortcut::defaultShortcut()); }, u"Placement Canvas hotkey changed to ⌃⌥Space."_s, spaceJson, spaceJson},
+        {true, {{40, command}}, commandK, alreadyUsed, std::nullopt, spaceJson},
+        // Before start no hot key is live, so a refusal does not count.
+        {false, {{40, command}}, commandK, u"Placement Canvas hotkey changed to ⌘K."_s, commandKJson, commandKJson},
+        {true, {}, [](AppStore& s) { s.setPlacementHotKey({40, 0x0400, u"K"_s}); }, u"Use at least one modifier key with a normal key."_s, std::nullopt, spaceJson}};
+    const std::vector<Case> modifierCases{
+        {true, {}, [](AppStore& s) { s.setQuickHotKeyModifiers({0x0300}); }, u"Quick Layout hotkeys changed to ⇧⌘ + layout keys."_s, R"({"modifiers":768})", R"({"modifiers":768})"},
+        {true, {{rightArrow, command}, {46, command}}, commandOnly, refusedPrefix + u"⌘→, ⌘M. "_s + refusedSuffix, std::nullopt, layoutMaskJson},
+        {false, {{rightArrow, command}}, commandOnly, u"Quick Layout hotkeys changed to ⌘ + layout keys."_s, R"({"modifiers":256})", R"({"modifiers":256})"},
+        {true, {}, [](AppStore& s) { s.setQuickHotKeyModifiers({0x0400}); }, u"Choose at least one quick hotkey modifier."_s, std::nullopt, layoutMaskJson}};
+    // clang-format on
+    for (const bool canvas : {true, false}) {
+        for (const auto& [started, heldElsewhere, set, message, stored, published] :
+             canvas ? canvasCases : modifierCases) {
+            SCOPED_TRACE(message.toStdString());
+            Desk desk;
+            desk.holdElsewhere(heldElsewhere);
+            if (started) {
+                desk.store->start();
+            }
+            set(*desk.store);
+            AppStore& store = *desk.store;
+            EXPECT_EQ(store.statusMessage(), message);
+            EXPECT_EQ(desk.fake.preferences.dataValue(canvas ? keys::placementHotKey
+                                                             : keys::quickHotKeyModifiers),
+                      stored);
+            EXPECT_EQ(canvas ? store.placementHotKey().encode()
+                             : store.quickHotKeyModifiers().encode(),
+                      published);
+            // Whatever happened, the registered keys are the published ones, also once started
+            // later.
+            store.start();
+            for (const auto& registration : desk.fake.hotKeyService.registrations()) {
+                if (registration.id == HotKeyCenter::canvasHotKeyID) {
+                    EXPECT_EQ(registration.keyCode, store.placementHotKey().keyCode);
+                    EXPECT_EQ(registration.modifiers, store.placementHotKey().modifiers);
+                } else {
+                    EXPECT_EQ(registration.modifiers, store.quickHotKeyModifiers().modifiers);
+                }
+            }
         }
     }
 }
-
-const QByteArray defaultShortcutJson = R"({"keyCode":49,"modifiers":6144,"keyLabel":"Space"})";
-const QByteArray commandKJson = R"({"keyCode":40,"modifiers":256,"keyLabel":"K"})";
-const QByteArray defaultModifiersJson = R"({"modifiers":6400})";
-
-void setCommandK(AppStore& store) {
-    store.setPlacementHotKey(commandK);
-}
-
-void setCommandModifier(AppStore& store) {
-    store.setQuickHotKeyModifiers({command});
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    AppStore, ShortcutSetterTest,
-    ::testing::Values(
-        SetterCase{"CanvasKeyAccepted",
-                   true,
-                   {},
-                   setCommandK,
-                   u"Placement Canvas hotkey changed to ⌘K."_s,
-                   &keys::placementHotKey,
-                   commandKJson,
-                   commandKJson},
-        SetterCase{"CanvasKeyDefaultAgain",
-                   true,
-                   {},
-                   [](AppStore& s) { s.setPlacementHotKey(HotKeyShortcut::defaultShortcut()); },
-                   u"Placement Canvas hotkey changed to ⌃⌥Space."_s,
-                   &keys::placementHotKey,
-                   defaultShortcutJson,
-                   defaultShortcutJson},
-        SetterCase{"CanvasKeyRefused",
-                   true,
-                   {{40, command}},
-                   setCommandK,
-                   alreadyUsed,
-                   &keys::placementHotKey,
-                   std::nullopt,
-                   defaultShortcutJson},
-        // Before start no hot key is live, so a refusal does not count.
-        SetterCase{"CanvasKeyRefusedBeforeStart",
-                   false,
-                   {{40, command}},
-                   setCommandK,
-                   u"Placement Canvas hotkey changed to ⌘K."_s,
-                   &keys::placementHotKey,
-                   commandKJson,
-                   commandKJson},
-        SetterCase{"CanvasKeyWithoutModifier",
-                   true,
-                   {},
-                   [](AppStore& s) {
-                       s.setPlacementHotKey({40, 0x0400, u"K"_s});
-                   },
-                   u"Use at least one modifier key with a normal key."_s,
-                   &keys::placementHotKey,
-                   std::nullopt,
-                   defaultShortcutJson},
-        SetterCase{"ModifiersAccepted",
-                   true,
-                   {},
-                   [](AppStore& s) { s.setQuickHotKeyModifiers({0x0300}); },
-                   u"Quick Layout hotkeys changed to ⇧⌘ + layout keys."_s,
-                   &keys::quickHotKeyModifiers,
-                   R"({"modifiers":768})",
-                   R"({"modifiers":768})"},
-        SetterCase{"ModifiersRefused",
-                   true,
-                   {{rightArrow, command}, {46, command}},
-                   setCommandModifier,
-                   u"Some global shortcuts could not be registered: ⌘→, ⌘M. They may already be "
-                   u"used by macOS or another app."_s,
-                   &keys::quickHotKeyModifiers,
-                   std::nullopt,
-                   defaultModifiersJson},
-        SetterCase{"ModifiersBeforeStart",
-                   false,
-                   {{rightArrow, command}},
-                   setCommandModifier,
-                   u"Quick Layout hotkeys changed to ⌘ + layout keys."_s,
-                   &keys::quickHotKeyModifiers,
-                   R"({"modifiers":256})",
-                   R"({"modifiers":256})"},
-        SetterCase{"ModifiersWithoutModifier",
-                   true,
-                   {},
-                   [](AppStore& s) { s.setQuickHotKeyModifiers({0x0400}); },
-                   u"Choose at least one quick hotkey modifier."_s,
-                   &keys::quickHotKeyModifiers,
-                   std::nullopt,
-                   defaultModifiersJson}),
-    [](const auto& testCase) { return testCase.param.name; });
 
 } // namespace

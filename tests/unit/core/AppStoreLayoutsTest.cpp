@@ -108,32 +108,22 @@ TEST_F(AppStoreLayoutsTest, FailedWindowIsNotCountedAndNothingMatchingSaysSo) {
     EXPECT_EQ(store.statusMessage(), QStringLiteral("No matching windows are open."));
 }
 
-TEST_F(AppStoreLayoutsTest, TwoSavedWindowsMatchingOneLiveWindowTheLaterWins) {
-    SavedLayout layout;
-    layout.name = QStringLiteral("Twice");
-    for (const WindowFrame& frame :
-         {WindowFrame{0, 25, 700, 500}, WindowFrame{100, 125, 800, 600}}) {
-        SavedWindowPlacement saved;
-        saved.appName = QStringLiteral("Mail");
-        saved.bundleIdentifier = QStringLiteral("org.example.Mail");
-        saved.title = QStringLiteral("Gone");
-        saved.frame = frame;
-        layout.windows.push_back(saved);
-    }
-    store.restore(layout);
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Restored 2 windows."));
-    EXPECT_EQ(frameOf(mail), CGRect(100, 125, 800, 600));
-}
-
-TEST_F(AppStoreLayoutsTest, SmallSavedFrameComesBackAtTheMinimumSize) {
-    SavedLayout layout;
+// A saved Mail window that is matched by application alone.
+SavedWindowPlacement savedMail(WindowFrame frame) {
     SavedWindowPlacement saved;
     saved.appName = QStringLiteral("Mail");
     saved.bundleIdentifier = QStringLiteral("org.example.Mail");
-    saved.title = QStringLiteral("Inbox");
-    saved.frame = {1300, 880, 100, 50};
-    layout.windows.push_back(saved);
-    store.restore(layout);
+    saved.title = QStringLiteral("Gone");
+    saved.frame = frame;
+    return saved;
+}
+
+TEST_F(AppStoreLayoutsTest, TwoSavedWindowsMatchingOneLiveWindowTheLaterWins) {
+    store.restore({{}, {}, {}, {savedMail({0, 25, 700, 500}), savedMail({100, 125, 800, 600})}});
+    EXPECT_EQ(store.statusMessage(), QStringLiteral("Restored 2 windows."));
+    EXPECT_EQ(frameOf(mail), CGRect(100, 125, 800, 600));
+    // A saved frame below the minimum size comes back at it, inside the display.
+    store.restore({{}, {}, {}, {savedMail({1300, 880, 100, 50})}});
     EXPECT_EQ(frameOf(mail), CGRect(1300, 810, 120, 90));
 }
 

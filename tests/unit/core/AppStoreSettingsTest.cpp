@@ -1,69 +1,48 @@
 #include "core/AppStore.h"
 #include "core/PreferenceKeys.h"
-#include "platform/qt/QSettingsPreferences.h"
 #include "support/FakePlatform.h"
-
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <string>
+#include <tuple>
 
 using namespace tilmora;
 namespace keys = tilmora::PreferenceKeys;
 
 namespace {
 
-struct GapMigrationCase {
-    std::string name;
-    bool zeroDone;
-    std::optional<double> storedGap;
-    bool edgeDone;
-    double expectedGap;
-    // What construction writes under the gap key (absent: nothing), and whether the zero flag
-    // ends up set.
-    std::optional<PreferenceValue> writtenGap;
-    bool zeroFlagAfterwards;
-};
-
-class GapMigrationTest : public ::testing::TestWithParam<GapMigrationCase> {};
-
-TEST_P(GapMigrationTest, StartsWithTheMigratedGap) {
-    const auto& c = GetParam();
-    FakePlatform fake;
-    if (c.zeroDone) {
-        fake.preferences.setBool(keys::defaultZeroMigration, true);
+TEST(AppStoreSettingsTest, StartsWithTheMigratedGap) {
+    const PreferenceValue integerZero(std::in_place_type<std::int64_t>, 0);
+    const std::optional<PreferenceValue> unchanged;
+    // Zero migration done, stored gap, edge-to-edge migration done; the gap, what construction
+    // writes under the gap key and whether the zero flag ends up set.
+    // clang-format off
+    const std::tuple<bool, std::optional<double>, bool, double, std::optional<PreferenceValue>, bool> cases[] = {
+        {false, std::nullopt, false, 0,  integerZero, true},   // first launch
+        {false, 8,            true,  0,  integerZero, true},   // the old default
+        {false, 12,           true,  12, unchanged,   false},
+        {false, 12,           false, 0,  integerZero, false},
+        {true,  40,           true,  32, unchanged,   true},
+        {true,  INFINITY,     true,  0,  unchanged,   true},
+        {true,  12,           false, 0,  integerZero, true}};
+    // clang-format on
+    for (const auto& [zeroDone, storedGap, edgeDone, gap, written, zeroFlagAfterwards] : cases) {
+        SCOPED_TRACE(::testing::Message()
+                     << zeroDone << " " << storedGap.value_or(-1) << " " << edgeDone);
+        FakePlatform fake;
+        fake.preferences.setBool(keys::defaultZeroMigration, zeroDone);
+        if (storedGap) {
+            fake.preferences.setDouble(keys::layoutGap, *storedGap);
+        }
+        fake.preferences.setBool(keys::edgeToEdgeMigration, edgeDone);
+        const std::optional<PreferenceValue> before = fake.preferences.value(keys::layoutGap);
+        EXPECT_EQ(AppStore(fake.platform()).gap(), gap);
+        EXPECT_EQ(fake.preferences.value(keys::layoutGap), written ? written : before);
+        EXPECT_EQ(fake.preferences.boolValue(keys::defaultZeroMigration), zeroFlagAfterwards);
+        EXPECT_TRUE(fake.preferences.boolValue(keys::edgeToEdgeMigration));
     }
-    if (c.storedGap) {
-        fake.preferences.setDouble(keys::layoutGap, *c.storedGap);
-    }
-    if (c.edgeDone) {
-        fake.preferences.setBool(keys::edgeToEdgeMigration, true);
-    }
-    const std::optional<PreferenceValue> before = fake.preferences.value(keys::layoutGap);
-
-    const AppStore store(fake.platform());
-    EXPECT_EQ(store.gap(), c.expectedGap);
-    const std::optional<PreferenceValue> after = fake.preferences.value(keys::layoutGap);
-    EXPECT_EQ(after, c.writtenGap ? c.writtenGap : before);
-    EXPECT_EQ(fake.preferences.boolValue(keys::defaultZeroMigration), c.zeroFlagAfterwards);
-    EXPECT_TRUE(fake.preferences.boolValue(keys::edgeToEdgeMigration));
 }
-
-const PreferenceValue integerZero(std::in_place_type<std::int64_t>, 0);
-
-INSTANTIATE_TEST_SUITE_P(
-    Settings, GapMigrationTest,
-    ::testing::Values(
-        GapMigrationCase{"FirstLaunch", false, std::nullopt, false, 0, integerZero, true},
-        GapMigrationCase{"OldDefaultEight", false, 8, true, 0, integerZero, true},
-        GapMigrationCase{"CustomGapAfterEdgeMigration", false, 12, true, 12, std::nullopt, false},
-        GapMigrationCase{"CustomGapBeforeEdgeMigration", false, 12, false, 0, integerZero, false},
-        GapMigrationCase{"StoredGapIsClamped", true, 40, true, 32, std::nullopt, true},
-        GapMigrationCase{"InfiniteBecomesZero", true, INFINITY, true, 0, std::nullopt, true},
-        GapMigrationCase{"ZeroDoneEdgeNotDone", true, 12, false, 0, integerZero, true}),
-    [](const auto& testCase) { return testCase.param.name; });
 
 TEST(AppStoreSettingsTest, FirstLaunchWritesTheFlagsAndAnEmptyProfileList) {
     FakePlatform fake;
@@ -71,64 +50,44 @@ TEST(AppStoreSettingsTest, FirstLaunchWritesTheFlagsAndAnEmptyProfileList) {
     EXPECT_EQ(fake.preferences.dataValue(keys::displayLayoutProfiles), QByteArray("[]"));
     EXPECT_TRUE(fake.preferences.boolValue(keys::twoByOneMigration));
     EXPECT_EQ(store.placementHotKey(), HotKeyShortcut::defaultShortcut());
-    EXPECT_EQ(store.quickHotKeyModifiers(), QuickHotKeyModifiers::defaultLayouts);
-    EXPECT_EQ(store.placementDragModifier(), PlacementDragModifier::command);
     EXPECT_EQ(store.lastTargetAppName(), QStringLiteral("None"));
-    EXPECT_FALSE(store.lastTargetPID());
-    EXPECT_EQ(store.selectedSection(), TilmoraSection::arrange);
 }
 
-struct LoaderCase {
-    std::string name;
-    const QString* key;
-    QByteArray stored;
-    // What the store loaded, printed as its stored form.
-    QByteArray loaded;
-};
-
-class SettingsLoaderTest : public ::testing::TestWithParam<LoaderCase> {};
-
-TEST_P(SettingsLoaderTest, KeepsUsableValuesAndFallsBackOtherwise) {
-    FakePlatform fake;
-    fake.preferences.setData(*GetParam().key, GetParam().stored);
-    const AppStore store(fake.platform());
-    QByteArray loaded;
-    if (GetParam().key == &keys::placementHotKey) {
-        loaded = store.placementHotKey().encode();
-    } else if (GetParam().key == &keys::quickHotKeyModifiers) {
-        loaded = store.quickHotKeyModifiers().encode();
-    } else {
-        loaded = store.placementDragModifier().encode();
+TEST(AppStoreSettingsTest, LoadersKeepUsableValuesAndFallBackOtherwise) {
+    const QByteArray spaceJson = R"({"keyCode":49,"modifiers":6144,"keyLabel":"Space"})";
+    const QString& hotKey = keys::placementHotKey;
+    const QString& quick = keys::quickHotKeyModifiers;
+    const QString& drag = keys::placementDragModifier;
+    // The key, what is stored under it and what is loaded, in its stored form.
+    // clang-format off
+    const std::tuple<const QString&, QByteArray, QByteArray> cases[] = {
+        {hotKey, R"({"keyCode":40,"modifiers":256})", R"({"keyCode":40,"modifiers":256,"keyLabel":"K"})"},
+        {hotKey, R"({"keyCode":40,"modifiers":1024,"keyLabel":"K"})", spaceJson},
+        {hotKey, "{", spaceJson},
+        {quick, R"({"modifiers":1536})", R"({"modifiers":1536})"},  // extra bits are kept
+        {quick, R"({"modifiers":1024})", R"({"modifiers":6400})"},
+        {drag, R"({"modifiers":0})", R"({"modifiers":256})"},
+        {drag, R"({"modifiers":6144})", R"({"modifiers":6144})"}};
+    // clang-format on
+    for (const auto& [key, stored, loaded] : cases) {
+        FakePlatform fake;
+        fake.preferences.setData(key, stored);
+        const AppStore store(fake.platform());
+        EXPECT_EQ(key == hotKey  ? store.placementHotKey().encode()
+                  : key == quick ? store.quickHotKeyModifiers().encode()
+                                 : store.placementDragModifier().encode(),
+                  loaded)
+            << stored.toStdString();
+        // The unusable value stays until the setting is next saved.
+        EXPECT_EQ(fake.preferences.dataValue(key), stored);
     }
-    EXPECT_EQ(loaded, GetParam().loaded);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Settings, SettingsLoaderTest,
-    ::testing::Values(LoaderCase{"ShortcutKept", &keys::placementHotKey,
-                                 R"({"keyCode":40,"modifiers":256})",
-                                 R"({"keyCode":40,"modifiers":256,"keyLabel":"K"})"},
-                      LoaderCase{"ShortcutWithoutModifier", &keys::placementHotKey,
-                                 R"({"keyCode":40,"modifiers":1024,"keyLabel":"K"})",
-                                 R"({"keyCode":49,"modifiers":6144,"keyLabel":"Space"})"},
-                      LoaderCase{"ShortcutUnreadable", &keys::placementHotKey, "{",
-                                 R"({"keyCode":49,"modifiers":6144,"keyLabel":"Space"})"},
-                      LoaderCase{"QuickModifiersKeepExtraBits", &keys::quickHotKeyModifiers,
-                                 R"({"modifiers":1536})", R"({"modifiers":1536})"},
-                      LoaderCase{"QuickModifiersWithoutModifier", &keys::quickHotKeyModifiers,
-                                 R"({"modifiers":1024})", R"({"modifiers":6400})"},
-                      LoaderCase{"DragModifierZero", &keys::placementDragModifier,
-                                 R"({"modifiers":0})", R"({"modifiers":256})"},
-                      LoaderCase{"DragModifierKept", &keys::placementDragModifier,
-                                 R"({"modifiers":6144})", R"({"modifiers":6144})"}),
-    [](const auto& testCase) { return testCase.param.name; });
-
-TEST(AppStoreSettingsTest, OldTextDragModifierIsNotHonoured) {
+TEST(AppStoreSettingsTest, OldTextDragModifierIsNotHonouredNorReplaced) {
     FakePlatform fake;
     fake.preferences.setString(keys::placementDragModifier, QStringLiteral("option"));
     const AppStore store(fake.platform());
     EXPECT_EQ(store.placementDragModifier(), PlacementDragModifier::command);
-    // The old value stays until the setting is next saved.
     EXPECT_EQ(fake.preferences.stringValue(keys::placementDragModifier), QStringLiteral("option"));
 }
 
@@ -138,17 +97,13 @@ TEST(AppStoreSettingsTest, StoredProfilesAreNormalisedAndMigratedOnce) {
                              R"([{"id":5,"displayName":"A","columns":3,"rows":1,"gap":8},)"
                              R"({"id":5,"displayName":"B","columns":4,"rows":4,"gap":4},)"
                              R"({"id":6,"displayName":"C","columns":12,"rows":2,"gap":20}])");
-    {
-        const AppStore store(fake.platform());
-        EXPECT_EQ(store.displayProfiles(),
-                  (std::vector<DisplayLayoutProfile>{{5, QStringLiteral("A"), 2, 1, 0},
-                                                     {6, QStringLiteral("C"), 8, 2, 0}}));
-    }
+    EXPECT_EQ(AppStore(fake.platform()).displayProfiles(),
+              (std::vector<DisplayLayoutProfile>{{5, QStringLiteral("A"), 2, 1, 0},
+                                                 {6, QStringLiteral("C"), 8, 2, 0}}));
     // Both migrations are recorded: a later launch keeps what the user sets.
     fake.preferences.setData(keys::displayLayoutProfiles,
                              R"([{"id":5,"displayName":"A","columns":3,"rows":1,"gap":8}])");
-    const AppStore later(fake.platform());
-    EXPECT_EQ(later.displayProfiles(),
+    EXPECT_EQ(AppStore(fake.platform()).displayProfiles(),
               (std::vector<DisplayLayoutProfile>{{5, QStringLiteral("A"), 3, 1, 8}}));
 }
 
@@ -170,16 +125,12 @@ TEST(AppStoreSettingsTest, GapIsClampedSavedAndAnnouncedOnEveryAssignment) {
     AppStore store(fake.platform());
     int announced = 0;
     QObject::connect(&store, &AppStore::gapChanged, [&] { ++announced; });
-
     store.setGap(50);
     EXPECT_EQ(store.gap(), 32);
     EXPECT_EQ(fake.preferences.value(keys::layoutGap), PreferenceValue(32.0));
     EXPECT_EQ(announced, 2); // 50, then the corrected 32
-
     store.setGap(NAN);
-    EXPECT_EQ(store.gap(), 0);
     EXPECT_EQ(fake.preferences.value(keys::layoutGap), PreferenceValue(0.0));
-
     announced = 0;
     store.setGap(12.5);
     store.setGap(12.5);
@@ -187,64 +138,24 @@ TEST(AppStoreSettingsTest, GapIsClampedSavedAndAnnouncedOnEveryAssignment) {
     EXPECT_EQ(fake.preferences.doubleValue(keys::layoutGap), 12.5);
 }
 
-struct DragModifierCase {
-    std::uint32_t mask;
-    const char* message;
-};
-
-class DragModifierMessageTest : public ::testing::TestWithParam<DragModifierCase> {};
-
-TEST_P(DragModifierMessageTest, SavesAndReports) {
+TEST(AppStoreSettingsTest, DragModifierIsSavedAndReportedAndAnEmptyOneLoadsAsCommand) {
+    // clang-format off
+    const std::vector<std::pair<std::uint32_t, QString>> cases{
+        {0x0900, QStringLiteral("Placement drag modifier changed to Option + Command (⌥⌘).")},
+        {0x1000, QStringLiteral("Placement drag modifier changed to Control (⌃).")},
+        {0x0400, QStringLiteral("Placement drag modifier changed to None.")},
+        {0, QStringLiteral("Placement drag modifier changed to None.")}};
+    // clang-format on
     FakePlatform fake;
-    AppStore store(fake.platform());
-    store.setPlacementDragModifier({GetParam().mask});
-    EXPECT_EQ(store.statusMessage(), QString::fromUtf8(GetParam().message));
-    EXPECT_EQ(fake.preferences.dataValue(keys::placementDragModifier),
-              PlacementDragModifier{GetParam().mask}.encode());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Settings, DragModifierMessageTest,
-    ::testing::Values(DragModifierCase{0, "Placement drag modifier changed to None."},
-                      DragModifierCase{0x0400, "Placement drag modifier changed to None."},
-                      DragModifierCase{0x0900,
-                                       "Placement drag modifier changed to Option + Command (⌥⌘)."},
-                      DragModifierCase{0x1000, "Placement drag modifier changed to Control (⌃)."}));
-
-TEST(AppStoreSettingsTest, EmptyDragModifierIsStoredButLoadsAsCommand) {
-    FakePlatform fake;
-    {
+    for (const auto& [mask, message] : cases) {
         AppStore store(fake.platform());
-        store.setPlacementDragModifier({0});
+        store.setPlacementDragModifier({mask});
+        EXPECT_EQ(store.statusMessage(), message);
+        EXPECT_EQ(fake.preferences.dataValue(keys::placementDragModifier),
+                  PlacementDragModifier{mask}.encode());
     }
+    // The last one, 0, is stored as it is but loads as the default.
     EXPECT_EQ(AppStore(fake.platform()).placementDragModifier(), PlacementDragModifier::command);
-}
-
-TEST(AppStoreSettingsTest, SettingsSurviveARestartThroughTheSettingsFile) {
-    QTemporaryDir directory;
-    ASSERT_TRUE(directory.isValid());
-    const QString path = directory.filePath(QStringLiteral("tilmora.conf"));
-    FakePlatform fake;
-    fake.windowSystem.setScreens(
-        {screen({0, 0, 1440, 900}, 7, "Built-in"), screen({1440, 0, 1920, 1080}, 9, "Studio")});
-    std::vector<DisplayLayoutProfile> profiles;
-    {
-        QSettingsPreferences preferences(path);
-        AppStore store(fake.platform(&preferences));
-        store.refresh();
-        store.setGap(12.5);
-        store.updateDisplayProfile(9, 4, 3, 6);
-        store.setPlacementDragModifier({0x1800});
-        profiles = store.displayProfiles();
-    }
-    // A new file object over a copy of the file: nothing is shared with the first one.
-    const QString copy = directory.filePath(QStringLiteral("restarted.conf"));
-    ASSERT_TRUE(QFile::copy(path, copy));
-    QSettingsPreferences preferences(copy);
-    const AppStore store(fake.platform(&preferences));
-    EXPECT_EQ(store.gap(), 12.5);
-    EXPECT_EQ(store.displayProfiles(), profiles);
-    EXPECT_EQ(store.placementDragModifier(), PlacementDragModifier{0x1800});
 }
 
 } // namespace

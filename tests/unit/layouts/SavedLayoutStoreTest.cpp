@@ -13,6 +13,7 @@ using namespace tilmora;
 namespace {
 
 const QString key = QStringLiteral("Tilmora.savedLayouts");
+const std::vector<SavedLayout> second{testdata::layouts()[1]};
 
 TEST(SavedLayoutStoreTest, SavesUnderItsKeyAndLoadsInStoredOrder) {
     MemoryPreferences preferences;
@@ -20,79 +21,56 @@ TEST(SavedLayoutStoreTest, SavesUnderItsKeyAndLoadsInStoredOrder) {
     store.save(testdata::layouts());
     EXPECT_EQ(preferences.dataValue(key), testdata::document);
     EXPECT_EQ(store.load(), testdata::layoutsAsRead());
-
     // Every save replaces the whole document.
-    store.save({testdata::layouts()[1]});
-    EXPECT_EQ(store.load(), std::vector<SavedLayout>{testdata::layouts()[1]});
+    store.save(second);
+    EXPECT_EQ(store.load(), second);
 }
 
-struct StoredCase {
-    const char* name;
-    std::function<void(MemoryPreferences&)> store;
-};
-
-TEST(SavedLayoutStoreTest, LoadsNothingWhenNoReadableDocumentIsStoredAndLeavesItUntilTheNextSave) {
-    const QByteArray unreadable = "[{\"id\":\"not a uuid\"}]";
-    const std::vector<StoredCase> cases = {
-        {"nothing", [](MemoryPreferences&) {}},
-        {"empty list", [](MemoryPreferences& p) { p.setData(key, "[]"); }},
-        {"unreadable document", [&](MemoryPreferences& p) { p.setData(key, unreadable); }},
-        {"text",
-         [&](MemoryPreferences& p) { p.setString(key, QString::fromUtf8(testdata::document)); }},
-        {"Boolean", [](MemoryPreferences& p) { p.setBool(key, true); }},
-    };
-    for (const StoredCase& c : cases) {
-        SCOPED_TRACE(c.name);
+TEST(SavedLayoutStoreTest, LoadsNothingWithoutAReadableDocumentAndLeavesItUntilTheNextSave) {
+    const QString text = QString::fromUtf8(testdata::document);
+    // clang-format off
+    const std::function<void(MemoryPreferences&)> cases[] = {
+        [](auto&) {},
+        [](auto& p) { p.setData(key, "[]"); },
+        [](auto& p) { p.setData(key, "[{\"id\":\"not a uuid\"}]"); },
+        [&](auto& p) { p.setString(key, text); },
+        [](auto& p) { p.setBool(key, true); }};
+    // clang-format on
+    for (const auto& store : cases) {
         MemoryPreferences preferences;
-        c.store(preferences);
+        store(preferences);
         const auto before = preferences.value(key);
-        SavedLayoutStore store(preferences);
-        EXPECT_EQ(store.load(), std::vector<SavedLayout>{});
+        SavedLayoutStore layouts(preferences);
+        EXPECT_EQ(layouts.load(), std::vector<SavedLayout>{});
         EXPECT_EQ(preferences.value(key), before);
-
-        // Only the next save replaces it.
-        store.save({testdata::layouts()[1]});
-        EXPECT_EQ(store.load(), std::vector<SavedLayout>{testdata::layouts()[1]});
+        layouts.save(second);
+        EXPECT_EQ(layouts.load(), second);
     }
 }
-
-struct UnwritableCase {
-    const char* name;
-    std::function<void(std::vector<SavedLayout>&)> spoil;
-};
 
 TEST(SavedLayoutStoreTest, SaveWritesNothingWhenTheListCannotBeWritten) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double infinity = std::numeric_limits<double>::infinity();
-    const std::vector<UnwritableCase> cases = {
-        {"NaN width", [&](auto& l) { l[0].windows[1].frame.width = nan; }},
-        {"infinite display frame", [&](auto& l) { l[0].windows[0].displayFrame->x = infinity; }},
-        {"infinite relative frame",
-         [&](auto& l) { l[0].windows[0].relativeFrame->height = -infinity; }},
-        {"NaN in a later layout",
-         [&](auto& l) {
-             l[1].windows.push_back(testdata::bareWindow());
-             l[1].windows[0].frame.y = nan;
-         }},
-        {"invalid date", [](auto& l) { l[1].createdAt = QDateTime(); }},
-        {"year beyond 9999",
-         [](auto& l) { l[0].createdAt = QDateTime(QDate(10000, 1, 1), QTime(0, 0), Qt::UTC); }},
-    };
-    for (const UnwritableCase& c : cases) {
-        SCOPED_TRACE(c.name);
+    // clang-format off
+    const std::function<void(std::vector<SavedLayout>&)> spoilers[] = {
+        [&](auto& l) { l[0].windows[1].frame.width = nan; },
+        [&](auto& l) { l[0].windows[0].displayFrame->x = infinity; },
+        [&](auto& l) { l[0].windows[0].relativeFrame->height = -infinity; },
+        [&](auto& l) { l[1].windows.push_back(testdata::bareWindow()); l[1].windows[0].frame.y = nan; },
+        [](auto& l) { l[1].createdAt = QDateTime(); },
+        [](auto& l) { l[0].createdAt = QDateTime(QDate(10000, 1, 1), QTime(0, 0), Qt::UTC); }};
+    // clang-format on
+    for (const auto& spoil : spoilers) {
         std::vector<SavedLayout> spoilt = testdata::layouts();
-        c.spoil(spoilt);
-
-        MemoryPreferences empty;
-        SavedLayoutStore(empty).save(spoilt);
-        EXPECT_FALSE(empty.value(key));
-
-        MemoryPreferences saved;
-        SavedLayoutStore store(saved);
-        store.save({testdata::layouts()[1]});
-        const auto before = saved.dataValue(key);
+        spoil(spoilt);
+        MemoryPreferences preferences;
+        SavedLayoutStore store(preferences);
         store.save(spoilt);
-        EXPECT_EQ(saved.dataValue(key), before);
+        EXPECT_FALSE(preferences.value(key));
+        store.save(second);
+        const auto before = preferences.dataValue(key);
+        store.save(spoilt);
+        EXPECT_EQ(preferences.dataValue(key), before);
     }
 }
 

@@ -18,29 +18,20 @@ inline QUuid uuid(const char* text) {
 }
 
 // A window on a known display, left of the primary one, and one with nothing optional.
+// clang-format off
 inline SavedWindowPlacement windowOnDisplay() {
-    return {uuid("0f8fad5b-d9cb-469f-a165-70867728950e"),
-            QStringLiteral("Terminal"),
-            QStringLiteral("org.gnome.Terminal"),
-            QStringLiteral("vim notes.txt"),
-            3735928559u,
-            QStringLiteral("DELL U2720Q"),
-            {-1440, 25, 720, 437.5},
-            WindowFrame{-1440, 25, 1440, 875},
-            WindowFrame{0, 0, 0.5, 0.5}};
+    return {uuid("0f8fad5b-d9cb-469f-a165-70867728950e"), QStringLiteral("Terminal"),
+            QStringLiteral("org.gnome.Terminal"), QStringLiteral("vim notes.txt"), 3735928559u,
+            QStringLiteral("DELL U2720Q"), {-1440, 25, 720, 437.5},
+            WindowFrame{-1440, 25, 1440, 875}, WindowFrame{0, 0, 0.5, 0.5}};
 }
 
 inline SavedWindowPlacement bareWindow() {
-    return {uuid("7c9e6679-7425-40de-944b-e07fc1f90ae7"),
-            QStringLiteral("xterm"),
-            std::nullopt,
-            QString(),
-            std::nullopt,
-            std::nullopt,
-            {0.25, 0, 1280, 1.0 / 3},
-            std::nullopt,
+    return {uuid("7c9e6679-7425-40de-944b-e07fc1f90ae7"), QStringLiteral("xterm"), std::nullopt,
+            QString(), std::nullopt, std::nullopt, {0.25, 0, 1280, 1.0 / 3}, std::nullopt,
             std::nullopt};
 }
+// clang-format on
 
 // Saved at 08:07:04.750; stored as 08:07:04.
 inline std::vector<SavedLayout> layouts() {

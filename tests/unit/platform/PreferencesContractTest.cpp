@@ -1,278 +1,158 @@
 #include "platform/qt/QSettingsPreferences.h"
-#include "support/MemoryPreferences.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <functional>
 #include <limits>
 #include <memory>
-#include <string>
-#include <type_traits>
-#include <utility>
+#include <numeric>
 #include <vector>
 
 using namespace tilmora;
 
 namespace {
 
-// The test store: nothing outlives the object, so a restart changes nothing.
-class MemoryBackend {
-public:
-    Preferences& preferences() { return preferences_; }
-    void restart() {}
-    void plantString(const QString& key, const QString& text) { preferences_.setString(key, text); }
-
-private:
-    MemoryPreferences preferences_;
-};
-
-// The settings file in a fresh directory that does not exist yet, as on a first launch.
-class SettingsFileBackend {
-public:
-    SettingsFileBackend() { open(); }
-
-    Preferences& preferences() { return *preferences_; }
-
-    // QSettings shares one cache between all objects on a path within a process, so the file is
-    // copied to a path never opened before and read from there, as by a new process.
-    void restart() {
-        preferences_.reset();
-        const QString next = dir_.filePath(QStringLiteral("run%1/tilmora.conf").arg(++runs_));
-        QDir().mkpath(QFileInfo(next).path());
-        if (QFile::exists(path_)) {
-            EXPECT_TRUE(QFile::copy(path_, next));
-        }
-        path_ = next;
-        open();
-    }
-
-    // Text as an earlier version or a text editor leaves it.
-    void plantString(const QString& key, const QString& text) {
-        preferences_.reset();
-        {
-            QSettings raw(path_, QSettings::IniFormat);
-            raw.setValue(key, text);
-        }
-        restart();
-    }
-
-private:
-    void open() { preferences_ = std::make_unique<QSettingsPreferences>(path_); }
-
-    QTemporaryDir dir_;
-    QString path_ = dir_.filePath(QStringLiteral("config/tilmora/tilmora.conf"));
-    int runs_ = 0;
-    std::unique_ptr<QSettingsPreferences> preferences_;
-};
-
-struct BackendNames {
-    template <typename T>
-    static std::string GetName(int) {
-        return std::is_same_v<T, MemoryBackend> ? "Memory" : "SettingsFile";
-    }
-};
-
 // What each of the four reads answers for one key.
 struct Reads {
-    Reads(std::optional<double> number_ = {}, bool flag_ = false,
-          std::optional<QByteArray> data_ = {}, std::optional<QString> text_ = {})
-        : number(number_)
-        , flag(flag_)
-        , data(std::move(data_))
-        , text(std::move(text_)) {}
-
-    std::optional<double> number;
-    bool flag;
-    std::optional<QByteArray> data;
-    std::optional<QString> text;
+    std::optional<double> number{};
+    bool flag = false;
+    std::optional<QByteArray> data{};
+    std::optional<QString> text{};
 };
 
-Reads textReads(const char* text) {
-    return {std::nullopt, false, std::nullopt, QString::fromUtf8(text)};
-}
-
 void expectReads(const Preferences& preferences, const QString& key, const Reads& expected) {
+    SCOPED_TRACE(key.toStdString());
     EXPECT_EQ(preferences.doubleValue(key), expected.number);
     EXPECT_EQ(preferences.boolValue(key), expected.flag);
     EXPECT_EQ(preferences.dataValue(key), expected.data);
     EXPECT_EQ(preferences.stringValue(key), expected.text);
 }
 
-QByteArray everyByte() {
-    QByteArray bytes;
-    for (int value = 0; value < 256; ++value) {
-        bytes.append(static_cast<char>(value));
+QString caseKey(std::size_t index) {
+    return QStringLiteral("Tilmora.case%1").arg(index);
+}
+
+// The settings file in a directory that does not exist yet, as on a first launch.
+class SettingsFileTest : public ::testing::Test {
+protected:
+    // QSettings shares one cache between all objects on a path within a process, so the file is
+    // copied to a path never opened before and read from there, as by a new process.
+    void restart() {
+        preferences.reset();
+        const QString next = dir.filePath(QStringLiteral("run%1/tilmora.conf").arg(++runs));
+        QDir().mkpath(QFileInfo(next).path());
+        if (QFile::exists(path)) {
+            EXPECT_TRUE(QFile::copy(path, next));
+        }
+        path = next;
+        preferences = std::make_unique<QSettingsPreferences>(path);
     }
-    return bytes;
-}
 
-struct WriteCase {
-    const char* name;
-    std::function<void(Preferences&)> write;
-    Reads expected;
-};
-
-const QString key = QStringLiteral("Tilmora.layoutGap.edgeToEdgeMigration");
-const double infinity = std::numeric_limits<double>::infinity();
-
-const std::vector<WriteCase> writeCases = {
-    {"double", [](Preferences& p) { p.setDouble(key, 12.5); }, {12.5, true}},
-    {"double needing 17 digits",
-     [](Preferences& p) { p.setDouble(key, 0.1 + 0.2); },
-     {0.1 + 0.2, true}},
-    {"smallest double", [](Preferences& p) { p.setDouble(key, 5e-324); }, {5e-324, true}},
-    {"negative infinity", [](Preferences& p) { p.setDouble(key, -infinity); }, {-infinity, true}},
-    {"double zero", [](Preferences& p) { p.setDouble(key, 0); }, {0.0, false}},
-    {"integer zero", [](Preferences& p) { p.setInteger(key, 0); }, {0.0, false}},
-    {"negative integer", [](Preferences& p) { p.setInteger(key, -3); }, {-3.0, true}},
-    {"true", [](Preferences& p) { p.setBool(key, true); }, {std::nullopt, true}},
-    {"false", [](Preferences& p) { p.setBool(key, false); }, {}},
-    {"JSON bytes",
-     [](Preferences& p) { p.setData(key, "[{\"name\":\"a, b; c=d\"}]"); },
-     {std::nullopt, false, QByteArray("[{\"name\":\"a, b; c=d\"}]")}},
-    {"every byte value",
-     [](Preferences& p) { p.setData(key, everyByte()); },
-     {std::nullopt, false, everyByte()}},
-    {"empty bytes",
-     [](Preferences& p) { p.setData(key, QByteArray()); },
-     {std::nullopt, false, QByteArray()}},
-    {"bytes spelling a tagged number",
-     [](Preferences& p) { p.setData(key, "double:1"); },
-     {std::nullopt, false, QByteArray("double:1")}},
-    {"Boolean replaced by bytes",
-     [](Preferences& p) {
-         p.setBool(key, true);
-         p.setData(key, "x");
-     },
-     {std::nullopt, false, QByteArray("x")}},
-    {"bytes replaced by an integer",
-     [](Preferences& p) {
-         p.setData(key, "x");
-         p.setInteger(key, 0);
-     },
-     {0.0, false}},
-};
-
-template <typename Backend>
-class PreferencesContractTest : public ::testing::Test {};
-
-using Backends = ::testing::Types<MemoryBackend, SettingsFileBackend>;
-TYPED_TEST_SUITE(PreferencesContractTest, Backends, BackendNames);
-
-TYPED_TEST(PreferencesContractTest, ValuesKeepTheirFormAcrossARestart) {
-    for (const WriteCase& c : writeCases) {
-        SCOPED_TRACE(c.name);
-        TypeParam backend;
-        c.write(backend.preferences());
-        expectReads(backend.preferences(), key, c.expected);
-        backend.restart();
-        expectReads(backend.preferences(), key, c.expected);
-    }
-}
-
-TYPED_TEST(PreferencesContractTest, KeysThatExtendEachOtherStayApart) {
-    TypeParam backend;
-    Preferences& preferences = backend.preferences();
-    preferences.setDouble(QStringLiteral("Tilmora.layoutGap"), 8);
-    preferences.setBool(QStringLiteral("Tilmora.layoutGap.edgeToEdgeMigration"), true);
-    preferences.setBool(QStringLiteral("Tilmora.layoutGap.defaultZeroMigration"), false);
-    preferences.setData(QStringLiteral("Tilmora"), "[]");
-    backend.restart();
-    expectReads(backend.preferences(), QStringLiteral("Tilmora.layoutGap"), {8.0, true});
-    expectReads(backend.preferences(), QStringLiteral("Tilmora.layoutGap.edgeToEdgeMigration"),
-                {std::nullopt, true});
-    expectReads(backend.preferences(), QStringLiteral("Tilmora.layoutGap.defaultZeroMigration"),
-                {});
-    expectReads(backend.preferences(), QStringLiteral("Tilmora.layout"), {});
-    expectReads(backend.preferences(), QStringLiteral("Tilmora"),
-                {std::nullopt, false, QByteArray("[]")});
-}
-
-TYPED_TEST(PreferencesContractTest, LeftoverTextReadsOnlyAsText) {
-    for (const QString& text :
-         {QStringLiteral("12"), QStringLiteral("true"), QString(), QStringLiteral("command")}) {
-        SCOPED_TRACE(text.toStdString());
-        TypeParam backend;
-        backend.plantString(key, text);
-        expectReads(backend.preferences(), key, {std::nullopt, false, std::nullopt, text});
-        // A typed write replaces the text.
-        backend.preferences().setDouble(key, 8);
-        backend.restart();
-        expectReads(backend.preferences(), key, {8.0, true});
-    }
-}
-
-// The settings file as found on disk: written by an earlier run or by hand.
-struct FileLineCase {
-    const char* name;
-    const char* line;
-    Reads expected;
-};
-
-void PrintTo(const FileLineCase& c, std::ostream* out) {
-    *out << c.line;
-}
-
-class SettingsFileLineTest : public ::testing::TestWithParam<FileLineCase> {};
-
-TEST_P(SettingsFileLineTest, ReadsTheFormWrittenInTheFile) {
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("tilmora.conf"));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray("[General]\nTilmora.value=") + GetParam().line + "\n");
-    file.close();
+    QString path = dir.filePath(QStringLiteral("config/tilmora/tilmora.conf"));
+    int runs = 0;
+    std::unique_ptr<QSettingsPreferences> preferences =
+        std::make_unique<QSettingsPreferences>(path);
+};
 
-    const QSettingsPreferences preferences(path);
-    expectReads(preferences, QStringLiteral("Tilmora.value"), GetParam().expected);
+TEST_F(SettingsFileTest, ValuesKeepTheirFormAcrossARestart) {
+    using Write = std::function<void(Preferences&, const QString&)>;
+    const double infinity = std::numeric_limits<double>::infinity();
+    const QByteArray json = "[{\"name\":\"a, b; c=d\"}]";
+    QByteArray everyByte(256, '\0');
+    std::iota(everyByte.begin(), everyByte.end(), '\0');
+    // clang-format off
+    const std::vector<std::pair<Write, Reads>> cases{
+        {[](auto& p, auto& k) { p.setDouble(k, 12.5); }, {12.5, true}},
+        {[](auto& p, auto& k) { p.setDouble(k, 0.1 + 0.2); }, {0.1 + 0.2, true}},
+        {[](auto& p, auto& k) { p.setDouble(k, 5e-324); }, {5e-324, true}},
+        {[&](auto& p, auto& k) { p.setDouble(k, -infinity); }, {-infinity, true}},
+        {[](auto& p, auto& k) { p.setDouble(k, 0); }, {0.0, false}},
+        {[](auto& p, auto& k) { p.setInteger(k, 0); }, {0.0, false}},
+        {[](auto& p, auto& k) { p.setInteger(k, -3); }, {-3.0, true}},
+        {[](auto& p, auto& k) { p.setBool(k, true); }, {std::nullopt, true}},
+        {[](auto& p, auto& k) { p.setBool(k, false); }, {}},
+        {[&](auto& p, auto& k) { p.setData(k, json); }, {std::nullopt, false, json}},
+        {[&](auto& p, auto& k) { p.setData(k, everyByte); }, {std::nullopt, false, everyByte}},
+        {[](auto& p, auto& k) { p.setData(k, QByteArray()); }, {std::nullopt, false, QByteArray()}},
+        {[](auto& p, auto& k) { p.setData(k, "double:1"); }, {std::nullopt, false, "double:1"}},
+        // A write replaces the earlier value whatever its form.
+        {[](auto& p, auto& k) { p.setBool(k, true); p.setData(k, "x"); }, {std::nullopt, false, "x"}},
+        {[](auto& p, auto& k) { p.setData(k, "x"); p.setInteger(k, 0); }, {0.0, false}},
+    };
+    // clang-format on
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        cases[i].first(*preferences, caseKey(i));
+    }
+    for (int run = 0; run < 2; ++run) {
+        for (std::size_t i = 0; i < cases.size(); ++i) {
+            expectReads(*preferences, caseKey(i), cases[i].second);
+        }
+        restart();
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, SettingsFileLineTest,
-    ::testing::Values(FileLineCase{"Double", "double:12.5", {12.5, true}},
-                      FileLineCase{"IntegerZero", "int:0", {0.0, false}},
-                      FileLineCase{"NegativeInteger", "int:-7", {-7.0, true}},
-                      FileLineCase{"True", "bool:true", {std::nullopt, true}},
-                      FileLineCase{"False", "bool:false", {}},
-                      FileLineCase{"Bytes", "@ByteArray(abc)", {std::nullopt, false, "abc"}},
-                      FileLineCase{
-                          "QuotedBytes", "\"@ByteArray([1, 2])\"", {std::nullopt, false, "[1, 2]"}},
-                      // Untagged or malformed values are plain text, never a number or a Boolean.
-                      FileLineCase{"UntaggedNumber", "12", textReads("12")},
-                      FileLineCase{"UntaggedBoolean", "true", textReads("true")},
-                      FileLineCase{"MalformedDouble", "double:twelve", textReads("double:twelve")},
-                      FileLineCase{"MalformedBoolean", "bool:yes", textReads("bool:yes")},
-                      // Unquoted commas make a list, a form Tilmora never writes.
-                      FileLineCase{"List", "a, b", {}}),
-    [](const ::testing::TestParamInfo<FileLineCase>& line) {
-        return std::string(line.param.name);
-    });
-
-TEST(QSettingsPreferencesTest, EveryWriteReachesTheFileAtOnceInReadableLines) {
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("tilmora/tilmora.conf"));
-    QSettingsPreferences preferences(path);
-    preferences.setDouble(QStringLiteral("Tilmora.layoutGap"), 12.5);
-    preferences.setInteger(QStringLiteral("Tilmora.layoutGap.defaultZeroMigration"), 0);
-    preferences.setBool(QStringLiteral("Tilmora.layoutGap.edgeToEdgeMigration"), true);
-    preferences.setData(QStringLiteral("Tilmora.savedLayouts"), "[]");
-
+TEST_F(SettingsFileTest, EveryWriteReachesTheFileAtOnceAndKeysThatExtendEachOtherStayApart) {
+    preferences->setDouble(QStringLiteral("Tilmora.layoutGap"), 8);
+    preferences->setBool(QStringLiteral("Tilmora.layoutGap.edgeToEdgeMigration"), true);
+    preferences->setInteger(QStringLiteral("Tilmora.layoutGap.defaultZeroMigration"), 0);
+    preferences->setData(QStringLiteral("Tilmora"), "[]");
     // Read while the object is alive: nothing waits for the destructor.
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QList<QByteArray> lines = file.readAll().split('\n');
     for (const char* expected :
-         {"Tilmora.layoutGap=double:12.5", "Tilmora.layoutGap.defaultZeroMigration=int:0",
-          "Tilmora.layoutGap.edgeToEdgeMigration=bool:true",
-          "Tilmora.savedLayouts=@ByteArray([])"}) {
+         {"Tilmora.layoutGap=double:8", "Tilmora.layoutGap.edgeToEdgeMigration=bool:true",
+          "Tilmora.layoutGap.defaultZeroMigration=int:0", "Tilmora=@ByteArray([])"}) {
         EXPECT_TRUE(lines.contains(expected)) << expected;
+    }
+    restart();
+    expectReads(*preferences, QStringLiteral("Tilmora.layoutGap"), {8.0, true});
+    expectReads(*preferences, QStringLiteral("Tilmora.layoutGap.edgeToEdgeMigration"),
+                {std::nullopt, true});
+    expectReads(*preferences, QStringLiteral("Tilmora.layoutGap.defaultZeroMigration"), {0.0});
+    expectReads(*preferences, QStringLiteral("Tilmora.layout"), {});
+    expectReads(*preferences, QStringLiteral("Tilmora"), {std::nullopt, false, "[]"});
+}
+
+// The settings file as found on disk, written by an earlier run or by hand.
+TEST_F(SettingsFileTest, LinesReadAsTheFormWrittenUntilATypedWriteReplacesThem) {
+    const auto text = [](const char* t) { return Reads{{}, false, {}, QString::fromUtf8(t)}; };
+    // clang-format off
+    const std::vector<std::pair<const char*, Reads>> lines{
+        {"double:12.5", {12.5, true}}, {"int:0", {0.0, false}}, {"int:-7", {-7.0, true}},
+        {"bool:true", {std::nullopt, true}}, {"bool:false", {}},
+        {"@ByteArray(abc)", {std::nullopt, false, "abc"}},
+        {"\"@ByteArray([1, 2])\"", {std::nullopt, false, "[1, 2]"}},
+        // Untagged or malformed values are plain text, never a number or a Boolean.
+        {"12", text("12")}, {"true", text("true")}, {"", text("")}, {"command", text("command")},
+        {"double:twelve", text("double:twelve")}, {"bool:yes", text("bool:yes")},
+        // Unquoted commas make a list, a form Tilmora never writes.
+        {"a, b", {}},
+    };
+    // clang-format on
+    preferences.reset();
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[General]\n");
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        file.write(caseKey(i).toUtf8() + '=' + lines[i].first + '\n');
+    }
+    file.close();
+    restart();
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        expectReads(*preferences, caseKey(i), lines[i].second);
+        preferences->setDouble(caseKey(i), 8);
+    }
+    restart();
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        expectReads(*preferences, caseKey(i), {8.0, true});
     }
 }
 

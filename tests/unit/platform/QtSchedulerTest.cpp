@@ -15,6 +15,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
+using Log = std::vector<std::string>;
+
 class QtSchedulerTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -32,90 +34,69 @@ protected:
         bool timedOut = false;
         QTimer guard;
         guard.setSingleShot(true);
-        QObject::connect(&guard, &QTimer::timeout, &loop_, [&] {
+        QObject::connect(&guard, &QTimer::timeout, &loop, [&] {
             timedOut = true;
-            loop_.quit();
+            loop.quit();
         });
         guard.start(5000);
-        loop_.exec();
+        loop.exec();
         return !timedOut;
     }
     Scheduler::Task quit() {
-        return [this] { loop_.quit(); };
+        return [this] { loop.quit(); };
     }
     Scheduler::Task record(const std::string& name) {
-        return [this, name] { log_.push_back(name); };
+        return [this, name] { log.push_back(name); };
     }
 
-    QEventLoop loop_;
-    std::vector<std::string> log_;
+    QEventLoop loop;
+    Log log;
 };
 
-TEST_F(QtSchedulerTest, SoonTasksRunInOrderBeforeADelayedTaskAlreadyDue) {
+TEST_F(QtSchedulerTest, SoonTasksRunInOrderBeforeDelayedOnesWhichRunInDueOrder) {
     QtScheduler scheduler;
-    scheduler.runAfter(0ms, [&] {
-        log_.push_back("delayed");
-        loop_.quit();
+    scheduler.runAfter(60ms, [&] {
+        log.push_back("60");
+        loop.quit();
     });
+    scheduler.runAfter(10ms, record("10"));
+    scheduler.runAfter(0ms, record("0"));
     scheduler.runSoon(record("A"));
     scheduler.runSoon([&] {
-        log_.push_back("B");
-        // Queued from a running task: behind C, but still before the delayed task.
+        log.push_back("B");
+        // Queued from a running task: behind C, but still before the delayed tasks.
         scheduler.runSoon(record("D"));
     });
     scheduler.runSoon(record("C"));
-    EXPECT_TRUE(log_.empty()) << "nothing runs inside the scheduling call";
-
+    EXPECT_TRUE(log.empty()) << "nothing runs inside the scheduling call";
     ASSERT_TRUE(runUntilQuit());
-    EXPECT_EQ(log_, (std::vector<std::string>{"A", "B", "C", "D", "delayed"}));
+    EXPECT_EQ(log, (Log{"A", "B", "C", "D", "0", "10", "60"}));
 }
 
-TEST_F(QtSchedulerTest, DelayedTasksRunInDueOrder) {
-    QtScheduler scheduler;
-    scheduler.runAfter(60ms, [&] {
-        log_.push_back("60");
-        loop_.quit();
-    });
-    scheduler.runAfter(10ms, record("10"));
-    scheduler.runAfter(35ms, record("35"));
-
-    ASSERT_TRUE(runUntilQuit());
-    EXPECT_EQ(log_, (std::vector<std::string>{"10", "35", "60"}));
-}
-
-TEST_F(QtSchedulerTest, CancelledTasksNeverRun) {
+TEST_F(QtSchedulerTest, CancelledTasksNeverRunAndATaskCanCancelItself) {
     QtScheduler scheduler;
     const TaskToken soon = scheduler.runSoon(record("soon"));
     const TaskToken delayed = scheduler.runAfter(5ms, record("delayed"));
     const TaskToken repeating = scheduler.repeatEvery(5ms, record("repeating"));
-    TaskToken selfCancelling;
-    selfCancelling = scheduler.runAfter(5ms, [&] {
-        scheduler.cancel(selfCancelling);
-        log_.push_back("self");
+    TaskToken once;
+    once = scheduler.runAfter(5ms, [&] {
+        scheduler.cancel(once);
+        log.push_back("once");
     });
+    int runs = 0;
+    TaskToken repeat;
+    repeat = scheduler.repeatEvery(2ms, [&] {
+        if (++runs == 3) {
+            scheduler.cancel(repeat);
+        }
+    });
+    // Time for further runs, had a cancellation not held.
     scheduler.runAfter(50ms, quit());
-
     scheduler.cancel(soon);
     scheduler.cancel(delayed);
     scheduler.cancel(repeating);
-
     ASSERT_TRUE(runUntilQuit());
-    EXPECT_EQ(log_, (std::vector<std::string>{"self"}));
-}
-
-TEST_F(QtSchedulerTest, ARepeatingTaskRunsUntilItCancelsItself) {
-    QtScheduler scheduler;
-    int runs = 0;
-    TaskToken token;
-    token = scheduler.repeatEvery(2ms, [&] {
-        if (++runs == 3) {
-            scheduler.cancel(token);
-            // Time for further runs, had the cancellation not held.
-            scheduler.runAfter(30ms, quit());
-        }
-    });
-
-    ASSERT_TRUE(runUntilQuit());
+    EXPECT_EQ(log, Log{"once"});
     EXPECT_EQ(runs, 3);
 }
 
@@ -125,11 +106,10 @@ TEST_F(QtSchedulerTest, TasksOfADestroyedSchedulerNeverRun) {
     scheduler->runAfter(1ms, record("delayed"));
     scheduler->repeatEvery(1ms, record("repeating"));
     scheduler.reset();
-
     QtScheduler other;
     other.runAfter(30ms, quit());
     ASSERT_TRUE(runUntilQuit());
-    EXPECT_TRUE(log_.empty());
+    EXPECT_TRUE(log.empty());
 }
 
 } // namespace

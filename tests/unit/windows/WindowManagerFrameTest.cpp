@@ -6,19 +6,19 @@
 #include <string>
 
 using namespace tilmora;
-using Kind = FakeWindowSystem::Call::Kind;
+using Kind = FakeWindowSystem::Call;
+using namespace std::chrono_literals;
 
 namespace {
 
 const CGRect requested{0, 25, 1000, 875};
+const QString cannotMove = QStringLiteral("Tilmora could not move that window. ");
 
 struct FrameCase {
     std::string name;
     CGRect start;
-    // How the window answers writes.
-    std::function<void(FakeWindowSystem::Window&)> script;
-    // Either the result or the error text.
-    std::optional<WindowPlacementResult> result;
+    std::function<void(FakeWindowSystem::Window&)> script; // how the window answers writes
+    std::optional<WindowPlacementResult> result;           // absent: the error text
     QString error;
 };
 
@@ -26,15 +26,12 @@ class SetFrameTest : public ::testing::TestWithParam<FrameCase> {};
 
 TEST_P(SetFrameTest, ReportsWhatTheWindowTook) {
     FakeWindowSystem system;
-    system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
     FakeWindowSystem::Window window;
     window.processIdentifier = 1;
     window.frame = GetParam().start;
     GetParam().script(window);
     const WindowElement element = system.addWindow(window);
-    WindowManager manager(system, std::nullopt);
-
-    const auto placed = manager.setFrame(requested, element);
+    const auto placed = WindowManager(system, std::nullopt).setFrame(requested, element);
     if (GetParam().result) {
         ASSERT_TRUE(placed) << placed.error();
         EXPECT_EQ(*placed, *GetParam().result);
@@ -42,109 +39,50 @@ TEST_P(SetFrameTest, ReportsWhatTheWindowTook) {
         ASSERT_FALSE(placed);
         EXPECT_EQ(placed.error().errorDescription(), GetParam().error);
     }
+    // A window that cannot move is neither raised nor written.
+    EXPECT_EQ(system.calls().empty(), GetParam().name.starts_with("Not"));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Windows, SetFrameTest,
-    ::testing::Values(
-        FrameCase{"TakenAtOnce",
-                  {300, 300, 400, 300},
-                  [](auto&) {},
-                  WindowPlacementResult{requested, requested, 1, true},
-                  {}},
-        FrameCase{"AlreadyInPlace",
-                  requested,
-                  [](auto&) {},
-                  WindowPlacementResult{requested, requested, 1, true},
-                  {}},
-        // A terminal's size increments: 2 points short in width, 3 in height, is close enough.
-        FrameCase{"WithinTolerance",
-                  {300, 300, 400, 300},
-                  [](auto& w) {
-                      w.maximumSize = CGSize{998, 872};
-                  },
-                  WindowPlacementResult{requested, {0, 25, 998, 872}, 1, true},
-                  {}},
-        FrameCase{"FourPointsOffIsNotExact",
-                  {300, 300, 400, 300},
-                  [](auto& w) {
-                      w.maximumSize = CGSize{996, 875};
-                  },
-                  WindowPlacementResult{requested, {0, 25, 996, 875}, 4, false},
-                  {}},
-        FrameCase{"MinimumWidth",
-                  {300, 300, 400, 300},
-                  [](auto& w) {
-                      w.minimumSize = CGSize{1200, 0};
-                  },
-                  WindowPlacementResult{requested, {0, 25, 1200, 875}, 4, false},
-                  {}},
-        // Writes accepted but ignored: nothing comes closer than where the window started.
-        FrameCase{"IgnoresEveryWrite",
-                  {300, 300, 400, 300},
-                  [](auto& w) {
-                      w.positionWriteRefusal = 0;
-                      w.sizeWriteRefusal = 0;
-                  },
-                  WindowPlacementResult{requested, {300, 300, 400, 300}, 4, false},
-                  {}},
-        FrameCase{"RefusesSize",
-                  {300, 300, 400, 300},
-                  [](auto& w) { w.sizeWriteRefusal = -25200; },
-                  std::nullopt,
-                  QStringLiteral("Tilmora could not move that window. AX size: -25200, AX "
-                                 "position: 0")},
-        FrameCase{"NotResizable",
-                  {300, 300, 400, 300},
-                  [](auto& w) { w.isSizeSettable = false; },
-                  std::nullopt,
-                  QStringLiteral("That window does not allow programmatic resize or move.")},
-        FrameCase{"NeverReadable",
-                  {300, 300, 400, 300},
-                  [](auto& w) { w.closesAfterReads = 0; },
-                  std::nullopt,
-                  QStringLiteral("Tilmora could not read that window.")},
-        // Read once at the start, then gone: every write fails.
-        FrameCase{"ClosesAfterTheFirstRead",
-                  {300, 300, 400, 300},
-                  [](auto& w) { w.closesAfterReads = 2; },
-                  std::nullopt,
-                  QStringLiteral("Tilmora could not move that window. AX size: -25200, AX "
-                                 "position: -25200")}),
-    [](const auto& testCase) { return testCase.param.name; });
+const CGRect elsewhere{300, 300, 400, 300};
+using Result = WindowPlacementResult;
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Windows, SetFrameTest, ::testing::Values(
+    FrameCase{"TakenAtOnce", elsewhere, [](auto&) {}, Result{requested, requested, 1, true}, {}},
+    FrameCase{"AlreadyInPlace", requested, [](auto&) {}, Result{requested, requested, 1, true}, {}},
+    // A terminal's size increments: 2 points short in width, 3 in height, is close enough.
+    FrameCase{"WithinTolerance", elsewhere, [](auto& w) { w.maximumSize = CGSize{998, 872}; }, Result{requested, {0, 25, 998, 872}, 1, true}, {}},
+    FrameCase{"FourPointsOffIsNotExact", elsewhere, [](auto& w) { w.maximumSize = CGSize{996, 875}; }, Result{requested, {0, 25, 996, 875}, 4, false}, {}},
+    FrameCase{"MinimumWidth", elsewhere, [](auto& w) { w.minimumSize = CGSize{1200, 0}; }, Result{requested, {0, 25, 1200, 875}, 4, false}, {}},
+    // Writes accepted but ignored: nothing comes closer than where the window started.
+    FrameCase{"IgnoresEveryWrite", elsewhere, [](auto& w) { w.positionWriteRefusal = 0; w.sizeWriteRefusal = 0; }, Result{requested, elsewhere, 4, false}, {}},
+    FrameCase{"RefusesSize", elsewhere, [](auto& w) { w.sizeWriteRefusal = -25200; }, std::nullopt, cannotMove + QStringLiteral("AX size: -25200, AX position: 0")},
+    FrameCase{"NotResizable", elsewhere, [](auto& w) { w.isSizeSettable = false; }, std::nullopt, QStringLiteral("That window does not allow programmatic resize or move.")},
+    FrameCase{"NotMovable", elsewhere, [](auto& w) { w.isPositionSettable = false; }, std::nullopt, QStringLiteral("That window does not allow programmatic resize or move.")},
+    FrameCase{"NeverReadable", elsewhere, [](auto& w) { w.closesAfterReads = 0; }, std::nullopt, QStringLiteral("Tilmora could not read that window.")},
+    // Read once at the start, then gone: every write fails.
+    FrameCase{"ClosesAfterTheFirstRead", elsewhere, [](auto& w) { w.closesAfterReads = 2; }, std::nullopt, cannotMove + QStringLiteral("AX size: -25200, AX position: -25200")}),
+    [](const auto& p) { return p.param.name; });
+// clang-format on
 
 TEST(SetFrameTest, WritesThePassesInTheirOrderWithASettleAfterEach) {
     FakeWindowSystem system;
-    system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
-    FakeWindowSystem::Window window;
-    window.processIdentifier = 1;
-    window.frame = {0, 0, 400, 300};
-    window.minimumSize = CGSize{1200, 0};
-    const WindowElement element = system.addWindow(window);
+    const WindowElement element = system.addWindow(1, {0, 0, 400, 300});
+    system.window(element).minimumSize = CGSize{1200, 0};
     WindowManager manager(system, std::nullopt);
     ASSERT_TRUE(manager.setFrame(requested, element));
-
     const auto P = Kind::setPosition;
     const auto S = Kind::setSize;
     const auto W = Kind::settle;
     const std::vector<Kind> expected{Kind::raise, P, S, P, W, P, S, P, S, P, W, S,
                                      P,           S, P, W, P, P, S, P, S, P, W};
-    EXPECT_EQ(system.callKinds(), expected);
-    for (const auto& call : system.calls()) {
-        if (call.kind == Kind::settle) {
-            EXPECT_EQ(call.maximum, std::chrono::milliseconds(35));
-        }
-    }
-}
-
-TEST(SetFrameTest, RefusedWindowIsNeitherWrittenNorRaised) {
-    FakeWindowSystem system;
-    system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
-    const WindowElement element = system.addWindow(1, {0, 0, 400, 300});
-    system.window(element).isPositionSettable = false;
-    WindowManager manager(system, std::nullopt);
-    EXPECT_FALSE(manager.setFrame(requested, element));
-    EXPECT_TRUE(system.calls().empty());
+    EXPECT_EQ(system.calls(), expected);
+    EXPECT_EQ(system.settleLimits(), std::vector(4, 35ms));
+    // A window already in place is still raised and written once.
+    system.window(element).minimumSize.reset();
+    system.clearCalls();
+    ASSERT_TRUE(manager.setFrame(requested, element));
+    EXPECT_EQ(system.calls(), (std::vector<Kind>{Kind::raise, P, S, P, W}));
 }
 
 TEST(WindowPlacementResultTest, SuffixNamesTruncatedSizesOnlyWhenNotExact) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 using namespace tilmora;
 
@@ -14,8 +15,6 @@ const QString ownID = QStringLiteral("org.tilmora.Tilmora");
 
 class WindowManagerTest : public ::testing::Test {
 protected:
-    WindowManagerTest() { system.setOwnBundleIdentifier(ownID); }
-
     std::vector<QString> listedIDs() const {
         std::vector<QString> ids;
         for (const ManagedWindow& window : manager.allWindows()) {
@@ -23,49 +22,44 @@ protected:
         }
         return ids;
     }
+    // Application 1 ("A"), frontmost, with the given windows.
+    std::vector<WindowElement> frontmost(std::vector<std::pair<CGRect, const char*>> windows) {
+        system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
+        system.setFrontmostApplication(1);
+        std::vector<WindowElement> elements;
+        for (const auto& [frame, title] : windows) {
+            elements.push_back(system.addWindow(1, frame, QString::fromUtf8(title)));
+        }
+        return elements;
+    }
 
     FakeWindowSystem system;
     WindowManager manager{system, ownID};
 };
 
-struct FilterCase {
-    std::string name;
-    CGSize size;
-    std::optional<QString> role;
-    std::optional<QString> subrole;
-    bool listed;
-};
-
-class WindowFilterTest : public ::testing::TestWithParam<FilterCase> {};
-
-TEST_P(WindowFilterTest, ListsOnlyStandardWindowsOfAtLeast80By60) {
-    FakeWindowSystem system;
-    system.addApplication(10, QStringLiteral("org.example.Mail"), QStringLiteral("Mail"));
-    FakeWindowSystem::Window window;
-    window.processIdentifier = 10;
-    window.frame = {0, 0, GetParam().size.width, GetParam().size.height};
-    window.role = GetParam().role;
-    window.subrole = GetParam().subrole;
-    system.addWindow(window);
-    const WindowManager manager(system, ownID);
-    EXPECT_EQ(manager.allWindows().size(), GetParam().listed ? 1u : 0u);
+TEST(WindowFilterTest, ListsOnlyStandardWindowsOfAtLeast80By60) {
+    const QString window = WindowRole::window;
+    const QString standard = WindowSubrole::standardWindow;
+    const std::optional<QString> none;
+    // clang-format off
+    const std::tuple<CGSize, std::optional<QString>, std::optional<QString>, bool> cases[] = {
+        {{80, 60}, window, standard, true}, {{79, 600}, window, standard, false},
+        {{800, 59}, window, standard, false}, {{800, 600}, window, none, true},
+        {{800, 600}, window, WindowSubrole::dialog, true},
+        {{800, 600}, window, WindowSubrole::floatingWindow, true},
+        {{800, 600}, window, QStringLiteral("AXSplash"), false},
+        {{800, 600}, QStringLiteral("AXSheet"), none, false}, {{800, 600}, none, none, false}};
+    // clang-format on
+    for (const auto& [size, role, subrole, listed] : cases) {
+        FakeWindowSystem system;
+        system.addApplication(10, QStringLiteral("org.example.Mail"), QStringLiteral("Mail"));
+        system.addWindow(
+            {.processIdentifier = 10, .frame = {{0, 0}, size}, .role = role, .subrole = subrole});
+        EXPECT_EQ(WindowManager(system, ownID).allWindows().size(), listed ? 1u : 0u)
+            << size.width << " x " << size.height << " " << role.value_or(QString()).toStdString()
+            << " " << subrole.value_or(QString()).toStdString();
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Windows, WindowFilterTest,
-    ::testing::Values(
-        FilterCase{
-            "Exactly80By60", {80, 60}, WindowRole::window, WindowSubrole::standardWindow, true},
-        FilterCase{"Width79", {79, 600}, WindowRole::window, WindowSubrole::standardWindow, false},
-        FilterCase{"Height59", {800, 59}, WindowRole::window, WindowSubrole::standardWindow, false},
-        FilterCase{"NoSubrole", {800, 600}, WindowRole::window, std::nullopt, true},
-        FilterCase{"Dialog", {800, 600}, WindowRole::window, WindowSubrole::dialog, true},
-        FilterCase{"Floating", {800, 600}, WindowRole::window, WindowSubrole::floatingWindow, true},
-        FilterCase{
-            "OtherSubrole", {800, 600}, WindowRole::window, QStringLiteral("AXSplash"), false},
-        FilterCase{"NotAWindow", {800, 600}, QStringLiteral("AXSheet"), std::nullopt, false},
-        FilterCase{"NoRole", {800, 600}, std::nullopt, std::nullopt, false}),
-    [](const auto& testCase) { return testCase.param.name; });
 
 TEST_F(WindowManagerTest, SkipsOwnNonRegularAndTerminatedApplications) {
     system.addApplication(1, QStringLiteral("org.example.Mail"), QStringLiteral("Mail"));
@@ -80,17 +74,21 @@ TEST_F(WindowManagerTest, SkipsOwnNonRegularAndTerminatedApplications) {
     EXPECT_EQ(listedIDs(), std::vector<QString>{QStringLiteral("org.example.Mail-1-0-W")});
 }
 
-TEST_F(WindowManagerTest, AnApplicationWithoutIdIsOwnOnlyWhenOursHasNoneEither) {
+TEST_F(WindowManagerTest, NameFallsBackToTheIdThenUnknownAndOnlyOurIdIsOwn) {
     system.addApplication(77, std::nullopt, std::nullopt);
     system.addWindow(77, {0, 0, 800, 600});
+    system.addApplication(5, QStringLiteral("org.example.Term"), std::nullopt);
+    const WindowElement untitled = system.addWindow(5, {0, 0, 800, 600});
+    system.window(untitled).title = std::nullopt;
     const auto listed = manager.allWindows();
-    ASSERT_EQ(listed.size(), 1u);
-    EXPECT_EQ(listed[0].id, QStringLiteral("pid-77-77-0-"));
-    EXPECT_EQ(listed[0].appName, QStringLiteral("Unknown App"));
-    EXPECT_FALSE(listed[0].bundleIdentifier);
-
-    const WindowManager withoutOwnID(system, std::nullopt);
-    EXPECT_TRUE(withoutOwnID.allWindows().empty());
+    ASSERT_EQ(listed.size(), 2u);
+    EXPECT_EQ(listed[0].appName, QStringLiteral("org.example.Term"));
+    EXPECT_EQ(listed[0].title, QString());
+    EXPECT_EQ(listed[1].id, QStringLiteral("pid-77-77-0-"));
+    EXPECT_EQ(listed[1].appName, QStringLiteral("Unknown App"));
+    EXPECT_FALSE(listed[1].bundleIdentifier);
+    // An application without an id is our own when ours has none either.
+    EXPECT_EQ(WindowManager(system, std::nullopt).allWindows().size(), 1u);
 }
 
 TEST_F(WindowManagerTest, IdsCountSkippedWindowsAndIgnoreTheFrame) {
@@ -108,79 +106,35 @@ TEST_F(WindowManagerTest, IdsCountSkippedWindowsAndIgnoreTheFrame) {
                                                  QStringLiteral("B-812-1-Notes - draft")}));
 }
 
-TEST_F(WindowManagerTest, NameFallsBackToTheIdAndUnreadableTitleIsEmpty) {
-    system.addApplication(5, QStringLiteral("org.example.Term"), std::nullopt);
-    FakeWindowSystem::Window window;
-    window.processIdentifier = 5;
-    window.frame = {0, 0, 800, 600};
-    window.title = std::nullopt;
-    system.addWindow(window);
-    const auto listed = manager.allWindows();
-    ASSERT_EQ(listed.size(), 1u);
-    EXPECT_EQ(listed[0].appName, QStringLiteral("org.example.Term"));
-    EXPECT_EQ(listed[0].title, QString());
-}
-
-struct SortCase {
-    std::string name;
-    // Application names and window titles in enumeration order.
-    std::vector<std::pair<const char*, const char*>> windows;
-    std::vector<std::pair<const char*, const char*>> expected;
-};
-
-class WindowSortTest : public ::testing::TestWithParam<SortCase> {};
-
-TEST_P(WindowSortTest, SortsByNameThenTitleCaseInsensitivelyAndStably) {
-    FakeWindowSystem system;
-    std::int32_t pid = 100;
-    for (const auto& [appName, title] : GetParam().windows) {
-        ++pid;
-        system.addApplication(pid, QStringLiteral("app%1").arg(pid), QString::fromUtf8(appName));
-        system.addWindow(pid, {0, 0, 800, 600}, QString::fromUtf8(title));
+TEST(WindowSortTest, SortsByNameThenTitleCaseInsensitivelyAndStably) {
+    using Names = std::vector<std::pair<std::string, std::string>>; // application, window title
+    // The windows in enumeration order, then as listed.
+    // clang-format off
+    const std::pair<Names, Names> cases[] = {
+        {{{"beta", "1"}, {"Alpha", "2"}}, {{"Alpha", "2"}, {"beta", "1"}}},
+        {{{"abc", "z"}, {"ABC", "a"}}, {{"abc", "z"}, {"ABC", "a"}}},
+        {{{"Term", "beta"}, {"Term", "Alpha"}, {"Edit", "x"}}, {{"Edit", "x"}, {"Term", "Alpha"}, {"Term", "beta"}}},
+        {{{"Same", "t"}, {"Same", "t"}, {"Another", "t"}}, {{"Another", "t"}, {"Same", "t"}, {"Same", "t"}}}};
+    // clang-format on
+    for (const auto& [windows, expected] : cases) {
+        FakeWindowSystem system;
+        std::int32_t pid = 100;
+        for (const auto& [appName, title] : windows) {
+            ++pid;
+            system.addApplication(pid, QStringLiteral("app%1").arg(pid),
+                                  QString::fromStdString(appName));
+            system.addWindow(pid, {0, 0, 800, 600}, QString::fromStdString(title));
+        }
+        Names sorted;
+        for (const ManagedWindow& window : WindowManager(system, ownID).allWindows()) {
+            sorted.emplace_back(window.appName.toStdString(), window.title.toStdString());
+        }
+        EXPECT_EQ(sorted, expected);
     }
-    std::vector<std::pair<std::string, std::string>> sorted;
-    for (const ManagedWindow& window : WindowManager(system, ownID).allWindows()) {
-        sorted.emplace_back(window.appName.toStdString(), window.title.toStdString());
-    }
-    std::vector<std::pair<std::string, std::string>> expected;
-    for (const auto& [appName, title] : GetParam().expected) {
-        expected.emplace_back(appName, title);
-    }
-    EXPECT_EQ(sorted, expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Windows, WindowSortTest,
-    ::testing::Values(SortCase{"CaseInsensitiveNames",
-                               {{"beta", "1"}, {"Alpha", "2"}},
-                               {{"Alpha", "2"}, {"beta", "1"}}},
-                      SortCase{"NamesDifferingOnlyInCaseKeepTheirOrder",
-                               {{"abc", "z"}, {"ABC", "a"}},
-                               {{"abc", "z"}, {"ABC", "a"}}},
-                      SortCase{"TitlesDecideWithinOneName",
-                               {{"Term", "beta"}, {"Term", "Alpha"}, {"Edit", "x"}},
-                               {{"Edit", "x"}, {"Term", "Alpha"}, {"Term", "beta"}}},
-                      SortCase{"EqualNamesAndTitlesKeepTheirOrder",
-                               {{"Same", "t"}, {"Same", "t"}, {"Another", "t"}},
-                               {{"Another", "t"}, {"Same", "t"}, {"Same", "t"}}}),
-    [](const auto& testCase) { return testCase.param.name; });
-
-TEST_F(WindowManagerTest, MarksTheFocusedWindowAndNoOther) {
-    system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
-    const WindowElement first = system.addWindow(1, {0, 0, 800, 600}, QStringLiteral("1"));
-    const WindowElement second = system.addWindow(1, {0, 0, 800, 600}, QStringLiteral("2"));
-    system.setFocusedWindow(1, first);
-    const auto listed = manager.allWindows();
-    ASSERT_EQ(listed.size(), 2u);
-    EXPECT_TRUE(listed[0].isFocused);
-    EXPECT_FALSE(listed[1].isFocused);
-    EXPECT_EQ(listed[1].element, second);
 }
 
 TEST_F(WindowManagerTest, WithoutAccessNothingIsListedOrTargeted) {
-    system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
-    system.addWindow(1, {0, 0, 800, 600}, QStringLiteral("1"));
-    system.setFrontmostApplication(1);
+    frontmost({{{0, 0, 800, 600}, "1"}});
     system.setTrusted(false);
     EXPECT_TRUE(manager.allWindows().empty());
     EXPECT_EQ(manager.targetWindow(QStringLiteral("a-1-0-1"), 1).error(),
@@ -190,46 +144,41 @@ TEST_F(WindowManagerTest, WithoutAccessNothingIsListedOrTargeted) {
 }
 
 TEST_F(WindowManagerTest, GivenIdNeverFallsBackToAnotherWindow) {
-    system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
-    system.addWindow(1, {0, 0, 800, 600}, QStringLiteral("one"));
-    system.addWindow(1, {0, 0, 800, 600}, QStringLiteral("two"));
-    system.setFrontmostApplication(1);
+    frontmost({{{0, 0, 800, 600}, "one"}, {{0, 0, 800, 600}, "two"}});
     EXPECT_EQ(manager.targetWindow(QStringLiteral("a-1-1-two"), std::nullopt)->title,
               QStringLiteral("two"));
     EXPECT_EQ(manager.targetWindow(QStringLiteral("a-1-5-gone"), 1).error(),
               WindowManagerError::targetWindowMissing);
 }
 
-TEST_F(WindowManagerTest, FocusedWindowOfTheFrontmostApplicationHasIndexZero) {
-    system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
-    system.addWindow(1, {0, 0, 800, 600}, QStringLiteral("first"));
-    const WindowElement second = system.addWindow(1, {0, 0, 800, 600}, QStringLiteral("second"));
-    system.setFocusedWindow(1, second);
-    system.setFrontmostApplication(1);
+TEST_F(WindowManagerTest, FocusedWindowIsMarkedAndTargetedWithIndexZero) {
+    const auto windows = frontmost({{{0, 0, 800, 600}, "first"}, {{0, 0, 800, 600}, "second"}});
+    system.setFocusedWindow(1, windows[1]);
+    const auto listed = manager.allWindows();
+    ASSERT_EQ(listed.size(), 2u);
+    EXPECT_FALSE(listed[0].isFocused);
+    EXPECT_TRUE(listed[1].isFocused);
     const auto target = manager.targetWindow(std::nullopt, std::nullopt);
     ASSERT_TRUE(target);
-    EXPECT_EQ(target->element, second);
+    EXPECT_EQ(target->element, windows[1]);
     EXPECT_TRUE(target->isFocused);
     // Listed as a-1-1-second; targeted with index 0.
     EXPECT_EQ(target->id, QStringLiteral("a-1-0-second"));
 }
 
 TEST_F(WindowManagerTest, TooSmallOrNonStandardFocusedWindowFallsBackToTheFirstListed) {
-    system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
-    const WindowElement palette = system.addWindow(1, {0, 0, 50, 50}, QStringLiteral("palette"));
-    const WindowElement main = system.addWindow(1, {0, 0, 800, 600}, QStringLiteral("main"));
-    system.setFocusedWindow(1, palette);
-    system.setFrontmostApplication(1);
-    EXPECT_EQ(manager.targetWindow(std::nullopt, std::nullopt)->element, main);
-    system.window(palette).frame = {0, 0, 800, 600};
-    system.window(palette).subrole = QStringLiteral("AXSystemFloatingWindow");
+    const auto windows = frontmost({{{0, 0, 50, 50}, "palette"}, {{0, 0, 800, 600}, "main"}});
+    system.setFocusedWindow(1, windows[0]);
+    EXPECT_EQ(manager.targetWindow(std::nullopt, std::nullopt)->element, windows[1]);
+    system.window(windows[0]).frame = {0, 0, 800, 600};
+    system.window(windows[0]).subrole = QStringLiteral("AXSystemFloatingWindow");
     const auto target = manager.targetWindow(std::nullopt, std::nullopt);
-    EXPECT_EQ(target->element, main);
+    EXPECT_EQ(target->element, windows[1]);
     EXPECT_FALSE(target->isFocused);
     EXPECT_EQ(target->id, QStringLiteral("a-1-1-main"));
 }
 
-TEST_F(WindowManagerTest, OwnFrontmostApplicationHandsOverToTheFallbackProcess) {
+TEST_F(WindowManagerTest, OwnOrWindowlessFrontmostApplicationHandsOverToTheFallbackProcess) {
     system.addApplication(2, ownID, QStringLiteral("Tilmora"));
     system.addWindow(2, {0, 0, 800, 600}, QStringLiteral("Tilmora"));
     system.addApplication(3, QStringLiteral("ed"), QStringLiteral("Editor"));
@@ -241,27 +190,9 @@ TEST_F(WindowManagerTest, OwnFrontmostApplicationHandsOverToTheFallbackProcess) 
     EXPECT_EQ(manager.targetWindow(std::nullopt, std::nullopt).error(),
               WindowManagerError::noTargetWindow);
     EXPECT_EQ(manager.targetWindow(std::nullopt, 4242).error(), WindowManagerError::noTargetWindow);
-}
-
-TEST_F(WindowManagerTest, FrontmostApplicationWithoutWindowsHandsOverToo) {
     system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
-    system.addApplication(3, QStringLiteral("ed"), QStringLiteral("Editor"));
-    const WindowElement editor = system.addWindow(3, {0, 0, 800, 600}, QStringLiteral("doc"));
     system.setFrontmostApplication(1);
     EXPECT_EQ(manager.targetWindow(std::nullopt, 3)->element, editor);
-}
-
-TEST(WindowManagerErrorTest, MessagesReadAsTheUserSeesThem) {
-    EXPECT_EQ(
-        WindowManagerError::cannotMove(QStringLiteral("AX size: -25200, AX position: 0"))
-            .errorDescription(),
-        QStringLiteral("Tilmora could not move that window. AX size: -25200, AX position: 0"));
-    EXPECT_EQ(WindowManagerError(WindowManagerError::accessibilityDenied).errorDescription(),
-              QStringLiteral("Tilmora needs Accessibility access before it can arrange windows."));
-    EXPECT_EQ(WindowManagerError(WindowManagerError::targetWindowMissing).errorDescription(),
-              QStringLiteral("The selected window is no longer available."));
-    EXPECT_EQ(WindowManagerError(WindowManagerError::cannotResizeWindow).errorDescription(),
-              QStringLiteral("That window does not allow programmatic resize or move."));
 }
 
 TEST(TilmoraWindowTest, FrameSummaryTruncatesTowardZero) {

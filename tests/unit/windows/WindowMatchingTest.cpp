@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <tuple>
 
 using namespace tilmora;
 
@@ -34,80 +34,47 @@ TEST_F(WindowMatchingTest, PointUpToTwoPointsOutsideStillCounts) {
     EXPECT_FALSE(manager.window({503, 250}));
 }
 
-TEST_F(WindowMatchingTest, PassesOverOwnWindowsAndOtherLayers) {
+TEST_F(WindowMatchingTest, PassesOverOwnWindowsAndOtherLayersAndNeedsTrust) {
     const WindowElement below = add(10, {0, 0, 800, 600}, "doc");
     system.addApplication(system.ownProcessIdentifier(), ownID, QStringLiteral("Tilmora"));
     add(system.ownProcessIdentifier(), {0, 0, 800, 600}, "Tilmora");
-    const WindowElement panel = add(20, {0, 0, 800, 600}, "Inbox");
-    system.window(panel).layer = 3;
+    system.window(add(20, {0, 0, 800, 600}, "Inbox")).layer = 3;
     EXPECT_EQ(manager.window({50, 50})->element, below);
-}
-
-TEST_F(WindowMatchingTest, TrustIsNeededToFindAnything) {
-    add(10, {0, 0, 800, 600}, "doc");
     system.setTrusted(false);
     EXPECT_FALSE(manager.window({50, 50}));
 }
 
-struct PairingCase {
-    std::string name;
-    const char* serverTitle;
-    std::vector<std::pair<const char*, CGRect>> windows;
-    std::size_t expected;
-};
-
-class PairingTest : public ::testing::TestWithParam<PairingCase> {};
-
-TEST_P(PairingTest, PairsByTitleThenByFrame) {
-    FakeWindowSystem system;
-    system.addApplication(10, QStringLiteral("ed"), QStringLiteral("Editor"));
-    std::vector<WindowElement> elements;
-    for (const auto& [title, frame] : GetParam().windows) {
-        elements.push_back(system.addWindow(10, frame, QString::fromUtf8(title)));
+TEST(WindowPairingTest, PairsTheOnScreenEntryByTitleThenByFrame) {
+    using Windows = std::vector<std::pair<const char*, CGRect>>;
+    const CGRect far{900, 900, 90, 90};
+    // The on-screen entry's title (absent: none), the application's windows, the expected one.
+    // clang-format off
+    const std::tuple<const char*, Windows, std::size_t> cases[] = {
+        // The title contains the trimmed entry title, or the other way round, ignoring case.
+        {"  Report.txt \n", {{"Notes", {0, 0, 500, 400}}, {"Report.txt - Editor", far}}, 1},
+        {"Report.txt", {{"Notes", {0, 0, 500, 400}}, {"report", far}}, 1},
+        // Otherwise the closest frame; identical frames go to the first.
+        {nullptr, {{"", {600, 0, 500, 400}}, {"", {10, 0, 500, 400}}, {"", far}}, 1},
+        {"Budget", {{"Notes", far}, {"Draft", {0, 0, 500, 410}}}, 1},
+        {"", {{"", {0, 0, 500, 400}}, {"", {0, 0, 500, 400}}}, 0}};
+    // clang-format on
+    for (const auto& [entryTitle, windows, expected] : cases) {
+        FakeWindowSystem system;
+        system.addApplication(10, QStringLiteral("ed"), QStringLiteral("Editor"));
+        std::vector<WindowElement> elements;
+        for (const auto& [title, frame] : windows) {
+            elements.push_back(system.addWindow(10, frame, QString::fromUtf8(title)));
+        }
+        OnScreenWindow entry{10, 0, {0, 0, 500, 400}, std::nullopt};
+        if (entryTitle) {
+            entry.title = QString::fromUtf8(entryTitle);
+        }
+        system.setOnScreenWindows({entry});
+        const auto found = WindowManager(system, ownID).window({10, 10});
+        const char* label = entryTitle ? entryTitle : "(no title)";
+        ASSERT_TRUE(found) << label;
+        EXPECT_EQ(found->element, elements[expected]) << label;
     }
-    const CGRect bounds{0, 0, 500, 400};
-    std::vector<OnScreenWindow> onScreen{{10, 0, bounds, std::nullopt}};
-    if (GetParam().serverTitle) {
-        onScreen[0].title = QString::fromUtf8(GetParam().serverTitle);
-    }
-    system.setOnScreenWindows(onScreen);
-    const auto found = WindowManager(system, ownID).window({10, 10});
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->element, elements[GetParam().expected]);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Windows, PairingTest,
-    ::testing::Values(
-        PairingCase{"TitleContainsTrimmedText",
-                    "  Report.txt \n",
-                    {{"Notes", {0, 0, 500, 400}}, {"Report.txt - Editor", {900, 900, 90, 90}}},
-                    1},
-        PairingCase{"TrimmedTextContainsTitleIgnoringCase",
-                    "Report.txt",
-                    {{"Notes", {0, 0, 500, 400}}, {"report", {900, 900, 90, 90}}},
-                    1},
-        PairingCase{"EmptyTitlesFallBackToTheClosestFrame",
-                    nullptr,
-                    {{"", {600, 0, 500, 400}}, {"", {10, 0, 500, 400}}, {"", {900, 900, 90, 90}}},
-                    1},
-        PairingCase{"UnmatchedTitleFallsBackToTheClosestFrame",
-                    "Budget",
-                    {{"Notes", {900, 900, 90, 90}}, {"Draft", {0, 0, 500, 410}}},
-                    1},
-        PairingCase{"IdenticalFramesGoToTheFirst",
-                    "",
-                    {{"", {0, 0, 500, 400}}, {"", {0, 0, 500, 400}}},
-                    0}),
-    [](const auto& testCase) { return testCase.param.name; });
-
-TEST(WindowMatchScoreTest, OverlapDominatesEdgeDifferences) {
-    ManagedWindow window;
-    window.frame = {0, 0, 100, 100};
-    EXPECT_EQ(windowMatchScore(window, {0, 0, 100, 100}), 0);
-    EXPECT_GE(windowMatchScore(window, {200, 0, 100, 100}), 10000);
-    // Half overlapping: IoU 1/3, plus 50 points of offset.
-    EXPECT_NEAR(windowMatchScore(window, {50, 0, 100, 100}), 10000.0 * 2 / 3 + 50, 1e-6);
 }
 
 TEST_F(WindowMatchingTest, RefreshedWindowPrefersTitleThenFocusThenFrame) {
@@ -118,67 +85,51 @@ TEST_F(WindowMatchingTest, RefreshedWindowPrefersTitleThenFocusThenFrame) {
     stale.title = QStringLiteral("two");
     stale.frame = {0, 0, 800, 600};
     EXPECT_EQ(manager.refreshedWindow(stale)->element, second);
-
     stale.title = QStringLiteral("renamed");
     system.setFocusedWindow(10, second);
     EXPECT_EQ(manager.refreshedWindow(stale)->element, second);
-
     system.setFocusedWindow(10, std::nullopt);
     EXPECT_EQ(manager.refreshedWindow(stale)->element, first);
-
     stale.processIdentifier = 4242;
     EXPECT_FALSE(manager.refreshedWindow(stale));
 }
 
-struct SavedMatchCase {
-    std::string name;
-    std::optional<QString> bundleIdentifier;
-    const char* appName;
-    const char* title;
-    // Index of the expected window among those the fixture adds, or -1 for none.
-    int expected;
-};
-
-class FindMatchingWindowTest : public ::testing::TestWithParam<SavedMatchCase> {};
-
-TEST_P(FindMatchingWindowTest, MatchesSavedWindows) {
+TEST(FindMatchingWindowTest, MatchesSavedWindowsByIdThenTitle) {
     FakeWindowSystem system;
     system.addApplication(10, QStringLiteral("org.example.Editor"), QStringLiteral("Editor"));
     system.addApplication(30, std::nullopt, QStringLiteral("Tool"));
+    // The listing sorts by title within an application: "", "Budget 2026", "Notes".
     const std::vector<WindowElement> windows{
         system.addWindow(10, {0, 0, 800, 600}, QStringLiteral("Budget 2026")),
         system.addWindow(10, {0, 0, 800, 600}, QString()),
         system.addWindow(10, {0, 0, 800, 600}, QStringLiteral("Notes")),
         system.addWindow(30, {0, 0, 800, 600}, QStringLiteral("Palette")),
     };
-    SavedWindowPlacement saved;
-    saved.bundleIdentifier = GetParam().bundleIdentifier;
-    saved.appName = QString::fromUtf8(GetParam().appName);
-    saved.title = QString::fromUtf8(GetParam().title);
-    const auto found = WindowManager(system, ownID).findMatchingWindow(saved);
-    if (GetParam().expected < 0) {
-        EXPECT_FALSE(found);
-    } else {
-        ASSERT_TRUE(found);
-        EXPECT_EQ(found->element, windows[static_cast<std::size_t>(GetParam().expected)]);
+    const std::optional<QString> editorID = QStringLiteral("org.example.Editor");
+    // The saved window's id, name and title, and the index of the expected window (-1: none).
+    // clang-format off
+    const std::tuple<std::optional<QString>, const char*, const char*, int> cases[] = {
+        {editorID, "Editor", "Notes", 2},
+        {editorID, "Editor", "budget", 0},  // contained, ignoring case
+        {editorID, "Editor", "", 1},        // the empty title matches the empty one
+        {editorID, "Editor", "Gone", 1},    // no title matches: the first listed
+        {QStringLiteral("org.example.Other"), "Editor", "Notes", -1},
+        // Without an id, name and title must match exactly.
+        {std::nullopt, "Tool", "Palette", 3},
+        {std::nullopt, "Tool", "palette", -1}};
+    // clang-format on
+    const WindowManager manager(system, ownID);
+    for (const auto& [bundleIdentifier, appName, title, expected] : cases) {
+        SavedWindowPlacement saved;
+        saved.bundleIdentifier = bundleIdentifier;
+        saved.appName = QString::fromUtf8(appName);
+        saved.title = QString::fromUtf8(title);
+        const auto found = manager.findMatchingWindow(saved);
+        ASSERT_EQ(found.has_value(), expected >= 0) << title;
+        if (found) {
+            EXPECT_EQ(found->element, windows[static_cast<std::size_t>(expected)]) << title;
+        }
     }
 }
-
-// The listing sorts by title within an application: "", "Budget 2026", "Notes".
-INSTANTIATE_TEST_SUITE_P(
-    Windows, FindMatchingWindowTest,
-    ::testing::Values(
-        SavedMatchCase{"ExactTitle", QStringLiteral("org.example.Editor"), "Editor", "Notes", 2},
-        SavedMatchCase{"ContainedTitleIgnoringCase", QStringLiteral("org.example.Editor"), "Editor",
-                       "budget", 0},
-        SavedMatchCase{"EmptyTitleMatchesTheEmptyOne", QStringLiteral("org.example.Editor"),
-                       "Editor", "", 1},
-        SavedMatchCase{"UnmatchedTitleTakesTheFirst", QStringLiteral("org.example.Editor"),
-                       "Editor", "Gone", 1},
-        SavedMatchCase{"UnknownApplication", QStringLiteral("org.example.Other"), "Editor", "Notes",
-                       -1},
-        SavedMatchCase{"WithoutIdNameAndTitleMustMatch", std::nullopt, "Tool", "Palette", 3},
-        SavedMatchCase{"WithoutIdNoFuzzyMatch", std::nullopt, "Tool", "palette", -1}),
-    [](const auto& testCase) { return testCase.param.name; });
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <xcb/res.h>
+#include <xcb/xtest.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -157,7 +158,12 @@ bool X11TestDesktop::startWindowManager(WindowManager manager) {
                            {"XDG_CONFIG_HOME", home + "/config"},
                            {"XDG_CACHE_HOME", home + "/cache"}};
     options.outputFile = scratch_.filePath(QStringLiteral("wm.log")).toStdString();
-    if (manager == WindowManager::openbox) {
+    if (manager == WindowManager::openboxDefaults) {
+        // Without --config-file and with an empty XDG_CONFIG_HOME, openbox reads the file it
+        // ships with from the system configuration directories.
+        options.environment["XDG_CONFIG_DIRS"] = "/etc/xdg";
+        options.arguments = {"openbox", "--sm-disable"};
+    } else if (manager == WindowManager::openbox) {
         const QString config = scratch_.filePath(QStringLiteral("openbox.xml"));
         if (!writeFile(config, openboxConfiguration)) {
             return false;
@@ -200,6 +206,23 @@ bool X11TestDesktop::startWindowManager(WindowManager manager) {
     xcb_destroy_window(observer_, probe);
     xcb_flush(observer_);
     return waitUntil([&] { return !listed(); });
+}
+
+void X11TestDesktop::fakeKey(std::uint8_t keycode, bool press) {
+    xcb_test_fake_input(observer_, press ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode,
+                        XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    xcb_flush(observer_);
+}
+
+void X11TestDesktop::fakeButton(std::uint8_t button, bool press) {
+    xcb_test_fake_input(observer_, press ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, button,
+                        XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    xcb_flush(observer_);
+}
+
+void X11TestDesktop::fakeMotion(std::int16_t x, std::int16_t y) {
+    xcb_test_fake_input(observer_, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, root(), x, y, 0);
+    xcb_flush(observer_);
 }
 
 xcb_window_t X11TestDesktop::root() const {

@@ -21,7 +21,9 @@ namespace tilmora::test {
 
 class X11TestDesktop {
 public:
-    enum class WindowManager { none, openbox, icewm };
+    // openboxDefaults is openbox with the configuration it ships with: its own key bindings
+    // (control+alt+arrows, ...) and its mouse bindings (title-bar and alt drags move windows).
+    enum class WindowManager { none, openbox, openboxDefaults, icewm };
 
     // One `xrandr --setmonitor` call: name ("*" marks the primary), geometry, output.
     struct Monitor {
@@ -73,6 +75,12 @@ public:
     bool deleteMonitor(const std::string& name);
     // Runs an X command-line tool against this display; its exit status.
     std::optional<int> runTool(std::vector<std::string> arguments);
+
+    // Input through XTest, as a device sends it: motion moves the pointer to root coordinates
+    // (raw motion events follow, unlike a warp), keys and buttons are pressed or released.
+    void fakeKey(std::uint8_t keycode, bool press);
+    void fakeButton(std::uint8_t button, bool press);
+    void fakeMotion(std::int16_t x, std::int16_t y);
 
     std::vector<xcb_window_t> clientList() const;
     std::optional<pid_t> pidOf(xcb_window_t window) const;
