@@ -12,6 +12,7 @@ screenshot="$build_dir/demo.png"
 pids=()
 workdir=$(mktemp -d)
 cleanup() {
+    exec 4>&- 2>/dev/null || true
     for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
     for pid in "${pids[@]}"; do wait "$pid" 2>/dev/null || true; done
     rm -rf "$workdir"
@@ -47,10 +48,14 @@ openbox --sm-disable >/dev/null 2>&1 &
 pids+=($!)
 wait_for "openbox" sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
 
-# A panel along the top of the left monitor: it reserves its strip through a strut.
-{ while true; do echo "%{c}Tilmora demo"; sleep 60; done; } | lemonbar -g 1440x24+0+0 -p \
-    -B '#2f3b35' -F '#d8e6dd' >/dev/null 2>&1 &
+# A panel along the top of the left monitor: it reserves its strip through a strut. It reads
+# its text from a pipe that this script holds open, so nothing lingers after the demo.
+mkfifo "$workdir/panel"
+lemonbar -g 1440x24+0+0 -p -B '#2f3b35' -F '#d8e6dd' <"$workdir/panel" >/dev/null 2>&1 &
 pids+=($!)
+exec 4>"$workdir/panel"
+echo "%{c}Tilmora demo" >&4
+
 # openbox says it runs a moment before it manages windows: a window mapped in between stays
 # unmanaged, so a terminal that is not listed soon is started again.
 start_terminal() {
@@ -82,10 +87,9 @@ run windows
 notes=$(window_id "Notes")
 build=$(window_id "Build log")
 run --window "$notes" apply leftHalf
-run --window "$build" grid 0 0 2 1
-run --window "$notes" next-display
+run --window "$build" grid 1 0 1 1
 run save Demo
-run --window "$notes" apply center
+run --window "$notes" next-display
 run --window "$build" apply maximize
 run restore Demo
 run windows
