@@ -1,18 +1,11 @@
 #include "shortcuts/PlacementDragModifier.h"
 
-#include "geometry/JsonCoding.h"
 #include "shortcuts/HotKeyShortcut.h"
 
 #include <QHashFunctions>
 #include <QStringList>
 
 namespace tilmora {
-
-namespace {
-
-const QString modifiersKey = QStringLiteral("modifiers");
-
-} // namespace
 
 PlacementDragModifier PlacementDragModifier::fromEventFlags(std::uint64_t eventModifierFlags) {
     return {HotKeyShortcut::carbonModifiers(eventModifierFlags) & allowedMask};
@@ -40,19 +33,12 @@ QString PlacementDragModifier::systemImage() const {
 }
 
 QByteArray PlacementDragModifier::encode() const {
-    return json::writeObject({{modifiersKey, static_cast<qint64>(modifiers)}});
+    return encodeModifierMask(modifiers);
 }
 
 std::optional<PlacementDragModifier> PlacementDragModifier::decode(const QByteArray& data) {
-    const auto object = json::parseObject(data);
-    if (!object) {
-        return std::nullopt;
-    }
-    const auto mask = json::toUInt32(object->value(modifiersKey));
-    if (!mask) {
-        return std::nullopt;
-    }
-    return PlacementDragModifier{*mask};
+    const auto mask = decodeModifierMask(data);
+    return mask ? std::optional<PlacementDragModifier>(PlacementDragModifier{*mask}) : std::nullopt;
 }
 
 std::size_t qHash(const PlacementDragModifier& value, std::size_t seed) noexcept {

@@ -1,14 +1,10 @@
 #include "shortcuts/QuickHotKeyModifiers.h"
 
-#include "geometry/JsonCoding.h"
-
 #include <QHashFunctions>
 
 namespace tilmora {
 
 namespace {
-
-const QString modifiersKey = QStringLiteral("modifiers");
 
 Qt::KeyboardModifier qtModifier(ShortcutModifier modifier) {
     switch (modifier) {
@@ -43,19 +39,12 @@ Qt::KeyboardModifiers QuickHotKeyModifiers::eventModifiers() const {
 }
 
 QByteArray QuickHotKeyModifiers::encode() const {
-    return json::writeObject({{modifiersKey, static_cast<qint64>(modifiers)}});
+    return encodeModifierMask(modifiers);
 }
 
 std::optional<QuickHotKeyModifiers> QuickHotKeyModifiers::decode(const QByteArray& data) {
-    const auto object = json::parseObject(data);
-    if (!object) {
-        return std::nullopt;
-    }
-    const auto mask = json::toUInt32(object->value(modifiersKey));
-    if (!mask) {
-        return std::nullopt;
-    }
-    return QuickHotKeyModifiers{*mask};
+    const auto mask = decodeModifierMask(data);
+    return mask ? std::optional<QuickHotKeyModifiers>(QuickHotKeyModifiers{*mask}) : std::nullopt;
 }
 
 std::size_t qHash(const QuickHotKeyModifiers& value, std::size_t seed) noexcept {

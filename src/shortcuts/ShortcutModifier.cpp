@@ -1,5 +1,7 @@
 #include "shortcuts/ShortcutModifier.h"
 
+#include "geometry/JsonCoding.h"
+
 #include <QHashFunctions>
 
 namespace tilmora {
@@ -78,6 +80,18 @@ std::optional<ShortcutModifier> shortcutModifierFromJson(const QJsonValue& value
 
 std::size_t qHash(ShortcutModifier modifier, std::size_t seed) noexcept {
     return ::qHash(static_cast<int>(modifier), seed);
+}
+
+QByteArray encodeModifierMask(std::uint32_t carbonMask) {
+    return json::writeObject({{QStringLiteral("modifiers"), static_cast<qint64>(carbonMask)}});
+}
+
+std::optional<std::uint32_t> decodeModifierMask(const QByteArray& data) {
+    const auto object = json::parseObject(data);
+    if (!object) {
+        return std::nullopt;
+    }
+    return json::toUInt32(object->value(QStringLiteral("modifiers")));
 }
 
 } // namespace tilmora

@@ -2,6 +2,7 @@
 // modifier mask is expressed.
 #pragma once
 
+#include <QByteArray>
 #include <QJsonValue>
 #include <QString>
 
@@ -64,6 +65,11 @@ constexpr bool hasShortcutModifier(std::uint32_t carbonMask) {
 
 // The modifiers whose bit is set, in display order.
 std::vector<ShortcutModifier> shortcutModifiersIn(std::uint32_t carbonMask);
+
+// A stored modifier set: {"modifiers": mask}. The mask is read as stored, unchecked; anything
+// but an unsigned 32-bit number under the key fails.
+QByteArray encodeModifierMask(std::uint32_t carbonMask);
+std::optional<std::uint32_t> decodeModifierMask(const QByteArray& data);
 
 // The raw value is also the identity and the JSON form: "control", "option", "shift", "command".
 QString rawValue(ShortcutModifier modifier);
