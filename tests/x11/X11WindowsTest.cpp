@@ -137,6 +137,45 @@ TEST_F(X11Windows, HostileTitlesAreReadSafely) {
     EXPECT_EQ(long_->size(), static_cast<qsizetype>(maximumTitleBytes));
 }
 
+TEST_F(X11Windows, PropertiesThatComeAndGoAfterTheFirstReadAreSeen) {
+    const auto client =
+        desktop_->startTestClient({"--title", "first", "--geometry", "400x300+40+40"});
+    ASSERT_EQ(client.windows.size(), 1U);
+    const WindowElement window{client.windows[0]};
+    const std::string id = std::to_string(client.windows[0]);
+    ASSERT_EQ(system_->title(window), QStringLiteral("first"));
+    const auto size = system_->size(window);
+    ASSERT_TRUE(size);
+
+    // Each step changes the window's properties behind the backend's back; the next read must
+    // show the result, whether the property existed at the first read or not.
+    struct Step {
+        std::vector<std::string> xprop;
+        QString title;
+        CGSize size;
+    };
+    const CGSize full = *size;
+    const CGSize shadowed{full.width - 20, full.height - 30};
+    // clang-format off
+    const Step steps[] = {
+        {{"-set", "WM_NAME", "plain"}, QStringLiteral("first"), full},
+        {{"-remove", "_NET_WM_NAME"}, QStringLiteral("plain"), full},
+        {{"-f", "_NET_WM_NAME", "8u", "-set", "_NET_WM_NAME", "again"}, QStringLiteral("again"), full},
+        {{"-f", "_GTK_FRAME_EXTENTS", "32c", "-set", "_GTK_FRAME_EXTENTS", "10,10,10,20"}, QStringLiteral("again"), shadowed},
+        {{"-remove", "_GTK_FRAME_EXTENTS"}, QStringLiteral("again"), full},
+    };
+    // clang-format on
+    for (const Step& step : steps) {
+        SCOPED_TRACE(step.xprop.back());
+        std::vector<std::string> arguments{"xprop", "-id", id};
+        arguments.insert(arguments.end(), step.xprop.begin(), step.xprop.end());
+        ASSERT_EQ(desktop_->runTool(arguments), 0);
+        EXPECT_TRUE(desktop_->waitUntil([&] {
+            return system_->title(window) == step.title && system_->size(window) == step.size;
+        }));
+    }
+}
+
 TEST_F(X11Windows, FocusAndActivationFollowTheActiveWindow) {
     const auto first =
         desktop_->startTestClient({"--title", "First", "--geometry", "300x200+0+0"}, 2);

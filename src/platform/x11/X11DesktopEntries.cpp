@@ -79,7 +79,7 @@ QStringList X11DesktopEntries::defaultLocales() {
 
 std::optional<X11DesktopEntry> X11DesktopEntries::byId(const QString& id) {
     reloadIfChanged();
-    if (const auto found = byId_.constFind(id); found != byId_.constEnd()) {
+    if (const auto found = index_.byId.constFind(id); found != index_.byId.constEnd()) {
         return *found;
     }
     return std::nullopt;
@@ -92,9 +92,9 @@ std::optional<X11DesktopEntry> X11DesktopEntries::byStartupWMClass(const QByteAr
         if (name.isEmpty()) {
             continue;
         }
-        if (const auto found = byWindowClass_.constFind(QString::fromUtf8(name));
-            found != byWindowClass_.constEnd()) {
-            return byId_.value(*found);
+        if (const auto found = index_.byWindowClass.constFind(QString::fromUtf8(name));
+            found != index_.byWindowClass.constEnd()) {
+            return index_.byId.value(*found);
         }
     }
     return std::nullopt;
@@ -107,37 +107,51 @@ std::optional<X11DesktopEntry> X11DesktopEntries::byIdIgnoringCase(const QByteAr
         if (name.isEmpty()) {
             continue;
         }
-        if (const auto found = lowerCaseIds_.constFind(QString::fromUtf8(name).toLower());
-            found != lowerCaseIds_.constEnd()) {
-            return byId_.value(*found);
+        if (const auto found = index_.lowerCaseIds.constFind(QString::fromUtf8(name).toLower());
+            found != index_.lowerCaseIds.constEnd()) {
+            return index_.byId.value(*found);
         }
     }
     return std::nullopt;
 }
 
+void X11DesktopEntries::preload() {
+    if (!pending_.valid()) {
+        lastCheck_ = std::chrono::steady_clock::now();
+        pending_ = std::async(std::launch::async, &X11DesktopEntries::scan, directories_, locales_);
+    }
+}
+
 void X11DesktopEntries::reloadIfChanged() {
+    if (pending_.valid()) {
+        index_ = pending_.get();
+        return;
+    }
     const auto now = std::chrono::steady_clock::now();
     if (lastCheck_ && now - *lastCheck_ < recheckInterval) {
         return;
     }
     lastCheck_ = now;
-    std::vector<QDateTime> stamps;
-    stamps.reserve(static_cast<std::size_t>(directories_.size()));
-    for (const QString& dir : directories_) {
-        stamps.push_back(QFileInfo(dir).lastModified());
-    }
-    if (stamps != stamps_ || byId_.isEmpty()) {
-        stamps_ = std::move(stamps);
-        load();
+    if (stampsOf(directories_) != index_.stamps || index_.byId.isEmpty()) {
+        index_ = scan(directories_, locales_);
     }
 }
 
-void X11DesktopEntries::load() {
-    byId_.clear();
-    lowerCaseIds_.clear();
-    byWindowClass_.clear();
+std::vector<QDateTime> X11DesktopEntries::stampsOf(const QStringList& directories) {
+    std::vector<QDateTime> stamps;
+    stamps.reserve(static_cast<std::size_t>(directories.size()));
+    for (const QString& dir : directories) {
+        stamps.push_back(QFileInfo(dir).lastModified());
+    }
+    return stamps;
+}
+
+X11DesktopEntries::Index X11DesktopEntries::scan(const QStringList& directories,
+                                                 const QStringList& locales) {
+    Index index;
+    index.stamps = stampsOf(directories);
     QSet<QString> seen;
-    for (const QString& dir : directories_) {
+    for (const QString& dir : directories) {
         const QString base = QDir(dir).absolutePath() + u'/';
         QDirIterator files(dir, {QStringLiteral("*.desktop")}, QDir::Files,
                            QDirIterator::Subdirectories | QDirIterator::FollowSymlinks);
@@ -152,20 +166,21 @@ void X11DesktopEntries::load() {
                 continue;
             }
             seen.insert(id);
-            if (const auto entry = parse(path, id)) {
-                byId_.insert(id, *entry);
-                lowerCaseIds_.insert(id.toLower(), id);
+            if (const auto entry = parse(path, id, locales)) {
+                index.byId.insert(id, *entry);
+                index.lowerCaseIds.insert(id.toLower(), id);
                 if (!entry->startupWMClass.isEmpty() &&
-                    !byWindowClass_.contains(entry->startupWMClass)) {
-                    byWindowClass_.insert(entry->startupWMClass, id);
+                    !index.byWindowClass.contains(entry->startupWMClass)) {
+                    index.byWindowClass.insert(entry->startupWMClass, id);
                 }
             }
         }
     }
+    return index;
 }
 
-std::optional<X11DesktopEntry> X11DesktopEntries::parse(const QString& path,
-                                                        const QString& id) const {
+std::optional<X11DesktopEntry> X11DesktopEntries::parse(const QString& path, const QString& id,
+                                                        const QStringList& locales) {
     QFile file(path);
     // Desktop files are small; a huge one is not a desktop entry.
     constexpr qint64 sizeLimit = 1 << 20;
@@ -211,7 +226,7 @@ std::optional<X11DesktopEntry> X11DesktopEntries::parse(const QString& path,
     if (!isApplication || hidden) {
         return std::nullopt;
     }
-    for (const QString& locale : locales_) {
+    for (const QString& locale : locales) {
         if (const auto found = localized.constFind(locale); found != localized.constEnd()) {
             entry.name = *found;
             break;

@@ -1,6 +1,6 @@
 // The installed desktop entries (XDG .desktop files of type Application): each entry's id,
-// its name in the user's language and the window class its windows carry. Read lazily and
-// again when an applications directory changes.
+// its name in the user's language and the window class its windows carry. Read on first use
+// (or ahead of it, in the background) and again when an applications directory changes.
 #pragma once
 
 #include <QByteArray>
@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <chrono>
+#include <future>
 #include <optional>
 #include <vector>
 
@@ -43,21 +44,32 @@ public:
     std::optional<X11DesktopEntry> byIdIgnoringCase(const QByteArray& className,
                                                     const QByteArray& instance);
 
+    // Starts reading the entries on a worker thread, so that the first lookup finds them
+    // ready when there was other work to wait for in the meantime.
+    void preload();
+
     static QStringList defaultDirectories();
     static QStringList defaultLocales();
 
 private:
+    struct Index {
+        std::vector<QDateTime> stamps;
+        QHash<QString, X11DesktopEntry> byId;
+        QHash<QString, QString> lowerCaseIds;
+        QHash<QString, QString> byWindowClass;
+    };
+
     void reloadIfChanged();
-    void load();
-    std::optional<X11DesktopEntry> parse(const QString& path, const QString& id) const;
+    static std::vector<QDateTime> stampsOf(const QStringList& directories);
+    static Index scan(const QStringList& directories, const QStringList& locales);
+    static std::optional<X11DesktopEntry> parse(const QString& path, const QString& id,
+                                                const QStringList& locales);
 
     QStringList directories_;
     QStringList locales_;
-    std::vector<QDateTime> stamps_;
     std::optional<std::chrono::steady_clock::time_point> lastCheck_;
-    QHash<QString, X11DesktopEntry> byId_;
-    QHash<QString, QString> lowerCaseIds_;
-    QHash<QString, QString> byWindowClass_;
+    Index index_;
+    std::future<Index> pending_;
 };
 
 } // namespace tilmora

@@ -41,7 +41,7 @@ std::int32_t X11FrameWriter::setSize(xcb_window_t window, std::int64_t width, st
 const X11WindowRecord* X11FrameWriter::freshRecord(xcb_window_t window) {
     mirror_.invalidate(window, X11WindowRecord::Part::geometry | X11WindowRecord::Part::extents |
                                    X11WindowRecord::Part::state | X11WindowRecord::Part::sizeHints);
-    if (!mirror_.update()) {
+    if (!mirror_.require({window}, X11WindowRecord::Part::sizeHints)) {
         return nullptr;
     }
     const X11WindowRecord* record = mirror_.find(window);
@@ -59,7 +59,8 @@ std::int32_t X11FrameWriter::write(xcb_window_t window, std::optional<std::int64
         return AXError::failure;
     }
     const X11Rect current = *record->outerFrame();
-    X11Rect target = isBeingPlaced(window) ? placements_[window].target : current;
+    const bool continuing = isBeingPlaced(window);
+    X11Rect target = continuing ? placements_[window].target : current;
     target.x = x.value_or(target.x);
     target.y = y.value_or(target.y);
     target.width = std::max<std::int64_t>(width.value_or(target.width), 1);
@@ -70,6 +71,11 @@ std::int32_t X11FrameWriter::write(xcb_window_t window, std::optional<std::int64
         return AXError::failure;
     }
     Placement& placement = placements_[window];
+    if (!continuing) {
+        placement.earlierTargets.clear();
+    } else if (placement.target != target) {
+        placement.earlierTargets.push_back(placement.target);
+    }
     placement.target = target;
     placement.lastWrite = Clock::now();
     placement.sequence = *sequence;
@@ -253,8 +259,15 @@ void X11FrameWriter::settle(xcb_window_t window, std::chrono::milliseconds maxim
         if (!fresh) {
             break;
         }
-        if (fresh->outerFrame() == placement.target) {
+        const auto frame = fresh->outerFrame();
+        if (frame == placement.target) {
             return;
+        }
+        // The manager's answer to an earlier request of this placement, which reached the
+        // window after the last one was sent: the answer to that one is still to come.
+        if (frame && std::find(placement.earlierTargets.begin(), placement.earlierTargets.end(),
+                               *frame) != placement.earlierTargets.end()) {
+            lastConfirmation.reset();
         }
     }
     mirror_.update();

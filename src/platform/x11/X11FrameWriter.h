@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
+#include <vector>
 
 namespace tilmora {
 
@@ -46,6 +47,8 @@ public:
 private:
     struct Placement {
         X11Rect target;
+        // What the placement's earlier writes asked for.
+        std::vector<X11Rect> earlierTargets;
         Clock::time_point lastWrite;
         // The last request and the window's ConfigureNotify count when it was sent.
         std::uint32_t sequence = 0;

@@ -22,8 +22,6 @@ constexpr std::uint32_t resourceLength = 1U << 16;
 // Frames nest this deep at most before the chain counts as broken.
 constexpr int maximumTreeDepth = 8;
 
-using Collector = std::function<void()>;
-
 } // namespace
 
 X11WindowMirror::X11WindowMirror(X11Connection& connection)
@@ -83,6 +81,19 @@ void X11WindowMirror::reset() {
 }
 
 bool X11WindowMirror::update() {
+    return read(0, {});
+}
+
+bool X11WindowMirror::require(const std::vector<xcb_window_t>& windows, std::uint32_t parts) {
+    return read(parts, windows);
+}
+
+bool X11WindowMirror::requireAll(std::uint32_t parts) {
+    return read(parts, std::nullopt);
+}
+
+bool X11WindowMirror::read(std::uint32_t demanded,
+                           const std::optional<std::vector<xcb_window_t>>& demandedBy) {
     if (!connection_.isUsable()) {
         if (!windows_.empty() || root_.hasWindowManager()) {
             reset();
@@ -98,13 +109,29 @@ bool X11WindowMirror::update() {
         reset();
         return false;
     }
-    if (needsRead_ || root_.stale != 0) {
+    if (root_.stale != 0) {
+        ++version_;
+        readRoot();
+    }
+    // The parts every listing needs, of every window, and the demanded ones of the windows
+    // that demand them, all in the same round trips.
+    const auto partsOf = [&](xcb_window_t window, const X11WindowRecord& client) -> std::uint32_t {
+        if (client.gone) {
+            return 0;
+        }
+        const bool demanding = !demandedBy || std::find(demandedBy->begin(), demandedBy->end(),
+                                                        window) != demandedBy->end();
+        return client.stale & (~onDemandParts | (demanding ? demanded : 0));
+    };
+    const bool due =
+        needsRead_ ||
+        (demanded != 0 && std::any_of(windows_.begin(), windows_.end(), [&](const auto& e) {
+             return (partsOf(e.first, e.second) & demanded) != 0;
+         }));
+    if (due) {
         needsRead_ = false;
         ++version_;
-        if (root_.stale != 0) {
-            readRoot();
-        }
-        readWindows();
+        readWindows(partsOf);
     }
     if (!connection_.isAlive() || generation_ != connection_.generation()) {
         reset();
@@ -139,6 +166,7 @@ void X11WindowMirror::handleEvent(const xcb_generic_event_t& event) {
         if (e.window == connection_.root()) {
             markRoot(e.atom);
         } else if (X11WindowRecord* client = record(e.window)) {
+            client->noteProperty(e.atom, e.state == XCB_PROPERTY_NEW_VALUE);
             markWindow(*client, e.atom);
         }
         break;
@@ -365,123 +393,59 @@ void X11WindowMirror::applyClientList() {
 
 // --- Reading client windows
 
-void X11WindowMirror::readWindows() {
+X11WindowMirror::Collector X11WindowMirror::collectorFor(xcb_window_t window, RecordUpdate apply) {
+    // The record may be gone by the time the reply is collected.
+    return [this, window, apply = std::move(apply)] {
+        if (X11WindowRecord* client = record(window)) {
+            apply(*client);
+        }
+    };
+}
+
+void X11WindowMirror::readWindows(const PartsOf& partsOf) {
+    using Part = X11WindowRecord::Part;
+    // Read first, because the rest depends on them: which properties exist and whose process
+    // the window is. Geometry, map state and the first step towards the frame go along.
+    constexpr std::uint32_t firstRound =
+        Part::propertyList | Part::resourcePid | Part::geometry | Part::mapState | Part::tree;
     xcb_connection_t* c = connection_.raw();
+    const auto run = [](std::vector<Collector>& collectors) {
+        for (const Collector& collector : collectors) {
+            collector();
+        }
+        collectors.clear();
+    };
+
     std::vector<Collector> collectors;
-    std::vector<xcb_window_t> needTree;
     std::vector<xcb_window_t> needResourcePid;
-
-    const auto property = [&](xcb_window_t window, xcb_atom_t atom, std::uint32_t length) {
-        return xcb_get_property(c, 0, window, atom, XCB_ATOM_ANY, 0, length);
-    };
-    // Collected later: the value, and whether the window turned out to be gone.
-    const auto collect = [this](xcb_window_t window, xcb_get_property_cookie_t cookie) {
-        X11Reply<xcb_generic_error_t> error;
-        const auto reply = connection_.reply<xcb_get_property_reply_t>(cookie.sequence, &error);
-        if (error && error->error_code == XCB_WINDOW) {
-            if (X11WindowRecord* client = record(window)) {
-                client->gone = true;
-            }
-        }
-        return X11PropertyValue::from(reply.get());
-    };
-    const auto with = [this](xcb_window_t window, auto apply) {
-        return [this, window, apply] {
-            if (X11WindowRecord* client = record(window)) {
-                apply(*client);
-            }
-        };
-    };
-    const xcb_atom_t utf8 = connection_.atom(X11Atom::UTF8_STRING);
-    const auto atomOf = [this](X11Atom atom) { return connection_.atom(atom); };
-
+    bool listing = false;
+    FrameClimb climb;
     for (auto& [window, client] : windows_) {
-        if (client.stale == 0 || client.gone) {
-            continue;
-        }
-        const std::uint32_t stale = client.stale;
-        client.stale = 0;
+        const std::uint32_t stale = partsOf(window, client) & firstRound;
+        client.stale &= ~stale;
         const xcb_window_t w = window;
-        if (stale & X11WindowRecord::Part::title) {
-            const auto net = property(w, atomOf(X11Atom::_NET_WM_NAME), maximumTitleBytes / 4);
-            const auto plain = property(w, XCB_ATOM_WM_NAME, maximumTitleBytes / 4);
-            collectors.push_back(with(w, [=](X11WindowRecord& r) {
-                r.netName = x11::text(collect(w, net), utf8);
-                r.wmName = x11::text(collect(w, plain), utf8);
-            }));
-        }
-        if (stale & X11WindowRecord::Part::windowClass) {
-            const auto cookie = property(w, XCB_ATOM_WM_CLASS, shortLength);
-            collectors.push_back(with(w, [=](X11WindowRecord& r) {
-                r.windowClass = x11::windowClass(collect(w, cookie)).value_or(x11::WindowClass{});
-            }));
-        }
-        if (stale & X11WindowRecord::Part::applicationId) {
-            const auto gtk = property(w, atomOf(X11Atom::_GTK_APPLICATION_ID), shortLength);
-            const auto kde = property(w, atomOf(X11Atom::_KDE_NET_WM_DESKTOP_FILE), shortLength);
-            collectors.push_back(with(w, [=](X11WindowRecord& r) {
-                r.gtkApplicationId = x11::text(collect(w, gtk), utf8).value_or(QString());
-                r.kdeDesktopFile = x11::text(collect(w, kde), utf8).value_or(QString());
-            }));
-        }
-        const auto atomList = [&](X11Atom atom, std::vector<xcb_atom_t> X11WindowRecord::*field) {
-            const auto cookie = property(w, atomOf(atom), shortLength);
-            collectors.push_back(with(
-                w, [=](X11WindowRecord& r) { r.*field = x11::cardinals(collect(w, cookie)); }));
-        };
-        if (stale & X11WindowRecord::Part::type) {
-            atomList(X11Atom::_NET_WM_WINDOW_TYPE, &X11WindowRecord::types);
-        }
-        if (stale & X11WindowRecord::Part::state) {
-            atomList(X11Atom::_NET_WM_STATE, &X11WindowRecord::states);
-        }
-        if (stale & X11WindowRecord::Part::allowedActions) {
-            const auto cookie = property(w, atomOf(X11Atom::_NET_WM_ALLOWED_ACTIONS), shortLength);
-            collectors.push_back(with(w, [=](X11WindowRecord& r) {
-                const auto value = collect(w, cookie);
-                r.allowedActions = x11::cardinals(value);
-                r.publishesAllowedActions = value.has_value();
-            }));
-        }
-        if (stale & X11WindowRecord::Part::processId) {
-            const auto cookie = property(w, atomOf(X11Atom::_NET_WM_PID), 1);
-            collectors.push_back(with(
-                w, [=](X11WindowRecord& r) { r.netPid = x11::firstCardinal(collect(w, cookie)); }));
-        }
-        if (stale & X11WindowRecord::Part::extents) {
-            const auto frame = property(w, atomOf(X11Atom::_NET_FRAME_EXTENTS), 4);
-            const auto gtk = property(w, atomOf(X11Atom::_GTK_FRAME_EXTENTS), 4);
-            collectors.push_back(with(w, [=](X11WindowRecord& r) {
-                r.frameExtents = x11::extents(collect(w, frame)).value_or(X11Extents{});
-                r.gtkExtents = x11::extents(collect(w, gtk)).value_or(X11Extents{});
-            }));
-        }
-        if (stale & X11WindowRecord::Part::sizeHints) {
-            const auto cookie = property(w, XCB_ATOM_WM_NORMAL_HINTS, 18);
-            collectors.push_back(
-                with(w, [=](X11WindowRecord& r) { r.hints = x11::sizeHints(collect(w, cookie)); }));
-        }
-        if (stale & X11WindowRecord::Part::strut) {
-            const auto partial = property(w, atomOf(X11Atom::_NET_WM_STRUT_PARTIAL), 12);
-            const auto plain = property(w, atomOf(X11Atom::_NET_WM_STRUT), 4);
-            collectors.push_back(with(w, [=, this](X11WindowRecord& r) {
-                r.strut = x11::strutPartial(collect(w, partial));
-                const auto whole = x11::strut(collect(w, plain), root_.width, root_.height);
-                if (!r.strut) {
-                    r.strut = whole;
+        if (stale & Part::propertyList) {
+            listing = true;
+            const auto cookie = xcb_list_properties(c, w);
+            collectors.push_back(collectorFor(w, [=, this](X11WindowRecord& r) {
+                X11Reply<xcb_generic_error_t> error;
+                const auto list =
+                    connection_.reply<xcb_list_properties_reply_t>(cookie.sequence, &error);
+                r.properties.clear();
+                if (list) {
+                    const xcb_atom_t* atoms = xcb_list_properties_atoms(list.get());
+                    r.properties.assign(atoms,
+                                        atoms + xcb_list_properties_atoms_length(list.get()));
+                    std::sort(r.properties.begin(), r.properties.end());
+                } else {
+                    r.gone = r.gone || (error && error->error_code == XCB_WINDOW);
                 }
             }));
         }
-        if (stale & X11WindowRecord::Part::desktop) {
-            const auto cookie = property(w, atomOf(X11Atom::_NET_WM_DESKTOP), 1);
-            collectors.push_back(with(w, [=](X11WindowRecord& r) {
-                r.desktop = x11::firstCardinal(collect(w, cookie));
-            }));
-        }
-        if (stale & X11WindowRecord::Part::geometry) {
+        if (stale & Part::geometry) {
             const auto geometry = xcb_get_geometry(c, w);
             const auto origin = xcb_translate_coordinates(c, w, connection_.root(), 0, 0);
-            collectors.push_back(with(w, [=, this](X11WindowRecord& r) {
+            collectors.push_back(collectorFor(w, [=, this](X11WindowRecord& r) {
                 X11Reply<xcb_generic_error_t> error;
                 const auto size =
                     connection_.reply<xcb_get_geometry_reply_t>(geometry.sequence, &error);
@@ -495,113 +459,252 @@ void X11WindowMirror::readWindows() {
                 }
             }));
         }
-        if (stale & X11WindowRecord::Part::mapState) {
+        if (stale & Part::mapState) {
             const auto cookie = xcb_get_window_attributes(c, w);
-            collectors.push_back(with(w, [=, this](X11WindowRecord& r) {
+            collectors.push_back(collectorFor(w, [=, this](X11WindowRecord& r) {
                 const auto attributes =
                     connection_.reply<xcb_get_window_attributes_reply_t>(cookie.sequence);
                 r.isViewable = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
             }));
         }
-        if (stale & X11WindowRecord::Part::tree) {
-            needTree.push_back(w);
+        if (stale & Part::tree) {
+            climb.start(w);
         }
-        if (stale & X11WindowRecord::Part::resourcePid) {
+        if (stale & Part::resourcePid) {
             needResourcePid.push_back(w);
         }
     }
-
-    std::optional<xcb_res_query_client_ids_cookie_t> resourceCookie;
-    if (!needResourcePid.empty() && connection_.hasResource()) {
-        std::vector<xcb_res_client_id_spec_t> specs;
-        specs.reserve(needResourcePid.size());
-        for (const xcb_window_t window : needResourcePid) {
-            specs.push_back({window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
+    climb.sendQueries(c, connection_.root());
+    // A window that is read for the first time takes two round trips; any other read, one.
+    if (listing || !needResourcePid.empty()) {
+        const auto resourceCookie = queryResourcePids(needResourcePid);
+        run(collectors);
+        if (resourceCookie) {
+            applyResourcePids(*resourceCookie, needResourcePid);
         }
-        resourceCookie =
-            xcb_res_query_client_ids(c, static_cast<std::uint32_t>(specs.size()), specs.data());
     }
 
-    for (const Collector& collector : collectors) {
-        collector();
+    for (auto& [window, client] : windows_) {
+        if (const std::uint32_t stale = partsOf(window, client)) {
+            client.stale &= ~stale;
+            readProperties(client, stale, collectors);
+        }
     }
+    climbToFrames(climb);
+    run(collectors);
+    connection_.flush();
+}
 
-    if (resourceCookie) {
-        // The server answers per client, named by its resource base: the window id without
-        // the bits a client numbers its own resources with.
-        const std::uint32_t mask = xcb_get_setup(c)->resource_id_mask;
-        std::unordered_map<std::uint32_t, std::uint32_t> pidByClient;
-        if (const auto ids =
-                connection_.reply<xcb_res_query_client_ids_reply_t>(resourceCookie->sequence)) {
-            for (auto it = xcb_res_query_client_ids_ids_iterator(ids.get()); it.rem > 0;
-                 xcb_res_client_id_value_next(&it)) {
-                if ((it.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) != 0 &&
-                    xcb_res_client_id_value_value_length(it.data) >= 1) {
-                    pidByClient[it.data->spec.client & ~mask] =
-                        *xcb_res_client_id_value_value(it.data);
-                }
+std::optional<xcb_res_query_client_ids_cookie_t>
+X11WindowMirror::queryResourcePids(const std::vector<xcb_window_t>& windows) {
+    if (windows.empty() || !connection_.hasResource()) {
+        return std::nullopt;
+    }
+    std::vector<xcb_res_client_id_spec_t> specs;
+    specs.reserve(windows.size());
+    for (const xcb_window_t window : windows) {
+        specs.push_back({window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
+    }
+    return xcb_res_query_client_ids(connection_.raw(), static_cast<std::uint32_t>(specs.size()),
+                                    specs.data());
+}
+
+void X11WindowMirror::applyResourcePids(xcb_res_query_client_ids_cookie_t cookie,
+                                        const std::vector<xcb_window_t>& windows) {
+    // The server answers per client, named by its resource base: the window id without the
+    // bits a client numbers its own resources with.
+    const std::uint32_t mask = xcb_get_setup(connection_.raw())->resource_id_mask;
+    std::unordered_map<std::uint32_t, std::uint32_t> pidByClient;
+    if (const auto ids = connection_.reply<xcb_res_query_client_ids_reply_t>(cookie.sequence)) {
+        for (auto it = xcb_res_query_client_ids_ids_iterator(ids.get()); it.rem > 0;
+             xcb_res_client_id_value_next(&it)) {
+            if ((it.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) != 0 &&
+                xcb_res_client_id_value_value_length(it.data) >= 1) {
+                pidByClient[it.data->spec.client & ~mask] = *xcb_res_client_id_value_value(it.data);
             }
         }
-        for (const xcb_window_t window : needResourcePid) {
-            if (X11WindowRecord* client = record(window)) {
-                const auto found = pidByClient.find(window & ~mask);
-                client->resourcePid = found == pidByClient.end()
-                                          ? std::nullopt
-                                          : std::optional<std::uint32_t>(found->second);
-            }
-        }
     }
-    if (!needTree.empty()) {
-        readFrames(std::move(needTree));
+    for (const xcb_window_t window : windows) {
+        if (X11WindowRecord* client = record(window)) {
+            const auto found = pidByClient.find(window & ~mask);
+            client->resourcePid = found == pidByClient.end()
+                                      ? std::nullopt
+                                      : std::optional<std::uint32_t>(found->second);
+        }
     }
 }
 
-void X11WindowMirror::readFrames(std::vector<xcb_window_t> windows) {
+void X11WindowMirror::readProperties(const X11WindowRecord& client, std::uint32_t stale,
+                                     std::vector<Collector>& collectors) {
+    using Part = X11WindowRecord::Part;
+    xcb_connection_t* c = connection_.raw();
+    const xcb_atom_t utf8 = connection_.atom(X11Atom::UTF8_STRING);
+    const auto atomOf = [this](X11Atom atom) { return connection_.atom(atom); };
+    const xcb_window_t w = client.id;
+    // A property the window does not have is not asked for; it reads as absent.
+    const auto property = [&](xcb_atom_t atom, std::uint32_t length) -> PendingProperty {
+        if (!client.hasProperty(atom)) {
+            return std::nullopt;
+        }
+        return xcb_get_property(c, 0, w, atom, XCB_ATOM_ANY, 0, length);
+    };
+    // Collected later: the value, and whether the window turned out to be gone.
+    const auto collect = [this](X11WindowRecord& r, PendingProperty cookie) {
+        if (!cookie) {
+            return std::optional<X11PropertyValue>();
+        }
+        X11Reply<xcb_generic_error_t> error;
+        const auto reply = connection_.reply<xcb_get_property_reply_t>(cookie->sequence, &error);
+        r.gone = r.gone || (error && error->error_code == XCB_WINDOW);
+        return X11PropertyValue::from(reply.get());
+    };
+    const auto add = [&](RecordUpdate apply) {
+        collectors.push_back(collectorFor(w, std::move(apply)));
+    };
+    const auto atomList = [&](X11Atom atom, std::vector<xcb_atom_t> X11WindowRecord::*field) {
+        const auto cookie = property(atomOf(atom), shortLength);
+        add([=](X11WindowRecord& r) { r.*field = x11::cardinals(collect(r, cookie)); });
+    };
+    // A second name is read only when the preferred one is missing.
+    const auto preferred = [&](xcb_atom_t first, xcb_atom_t second, std::uint32_t length) {
+        const auto one = property(first, length);
+        return std::pair{one, one ? PendingProperty() : property(second, length)};
+    };
+
+    if (stale & Part::title) {
+        const auto [net, plain] =
+            preferred(atomOf(X11Atom::_NET_WM_NAME), XCB_ATOM_WM_NAME, maximumTitleBytes / 4);
+        add([=](X11WindowRecord& r) {
+            r.netName = x11::text(collect(r, net), utf8);
+            r.wmName = x11::text(collect(r, plain), utf8);
+        });
+    }
+    if (stale & Part::windowClass) {
+        const auto cookie = property(XCB_ATOM_WM_CLASS, shortLength);
+        add([=](X11WindowRecord& r) {
+            r.windowClass = x11::windowClass(collect(r, cookie)).value_or(x11::WindowClass{});
+        });
+    }
+    if (stale & Part::applicationId) {
+        const auto gtk = property(atomOf(X11Atom::_GTK_APPLICATION_ID), shortLength);
+        const auto kde = property(atomOf(X11Atom::_KDE_NET_WM_DESKTOP_FILE), shortLength);
+        add([=](X11WindowRecord& r) {
+            r.gtkApplicationId = x11::text(collect(r, gtk), utf8).value_or(QString());
+            r.kdeDesktopFile = x11::text(collect(r, kde), utf8).value_or(QString());
+        });
+    }
+    if (stale & Part::type) {
+        atomList(X11Atom::_NET_WM_WINDOW_TYPE, &X11WindowRecord::types);
+    }
+    if (stale & Part::state) {
+        atomList(X11Atom::_NET_WM_STATE, &X11WindowRecord::states);
+    }
+    if (stale & Part::allowedActions) {
+        const auto cookie = property(atomOf(X11Atom::_NET_WM_ALLOWED_ACTIONS), shortLength);
+        add([=](X11WindowRecord& r) {
+            const auto value = collect(r, cookie);
+            r.allowedActions = x11::cardinals(value);
+            r.publishesAllowedActions = value.has_value();
+        });
+    }
+    // The server's own answer, where it gave one, outranks what the client claims.
+    if ((stale & Part::processId) && !client.resourcePid) {
+        const auto cookie = property(atomOf(X11Atom::_NET_WM_PID), 1);
+        add([=](X11WindowRecord& r) { r.netPid = x11::firstCardinal(collect(r, cookie)); });
+    }
+    if (stale & Part::extents) {
+        const auto frame = property(atomOf(X11Atom::_NET_FRAME_EXTENTS), 4);
+        const auto gtk = property(atomOf(X11Atom::_GTK_FRAME_EXTENTS), 4);
+        add([=](X11WindowRecord& r) {
+            r.frameExtents = x11::extents(collect(r, frame)).value_or(X11Extents{});
+            r.gtkExtents = x11::extents(collect(r, gtk)).value_or(X11Extents{});
+        });
+    }
+    if (stale & Part::sizeHints) {
+        const auto cookie = property(XCB_ATOM_WM_NORMAL_HINTS, 18);
+        add([=](X11WindowRecord& r) { r.hints = x11::sizeHints(collect(r, cookie)); });
+    }
+    if (stale & Part::strut) {
+        const auto [partial, plain] =
+            preferred(atomOf(X11Atom::_NET_WM_STRUT_PARTIAL), atomOf(X11Atom::_NET_WM_STRUT), 12);
+        add([=, this](X11WindowRecord& r) {
+            r.strut = x11::strutPartial(collect(r, partial));
+            const auto whole = x11::strut(collect(r, plain), root_.width, root_.height);
+            if (!r.strut) {
+                r.strut = whole;
+            }
+        });
+    }
+    if (stale & Part::desktop) {
+        const auto cookie = property(atomOf(X11Atom::_NET_WM_DESKTOP), 1);
+        add([=](X11WindowRecord& r) { r.desktop = x11::firstCardinal(collect(r, cookie)); });
+    }
+}
+
+void X11WindowMirror::FrameClimb::start(xcb_window_t client) {
+    steps.push_back({client, client, {}});
+}
+
+void X11WindowMirror::FrameClimb::sendQueries(xcb_connection_t* c, xcb_window_t root) {
+    if (!steps.empty() && !topLevelQuery) {
+        topLevelQuery = xcb_query_tree(c, root);
+    }
+    for (Step& step : steps) {
+        step.query = xcb_query_tree(c, step.node);
+    }
+}
+
+void X11WindowMirror::climbToFrames(FrameClimb& climb) {
+    // One level per batch for all windows at once, from each client towards the root.
     xcb_connection_t* c = connection_.raw();
     const xcb_window_t rootWindow = connection_.root();
-    // Climbs from each client towards the root, one level per batch for all windows at once.
-    struct Climb {
-        xcb_window_t client;
-        xcb_window_t node;
-    };
-    std::vector<Climb> climbing;
-    for (const xcb_window_t window : windows) {
-        climbing.push_back({window, window});
-    }
-    for (int depth = 0; depth < maximumTreeDepth && !climbing.empty(); ++depth) {
-        std::vector<xcb_query_tree_cookie_t> cookies;
-        cookies.reserve(climbing.size());
-        for (const Climb& climb : climbing) {
-            cookies.push_back(xcb_query_tree(c, climb.node));
+    // A parent that is a child of the root is the frame: most clients are found in one step.
+    std::unordered_set<xcb_window_t> topLevel;
+    if (climb.topLevelQuery) {
+        if (const auto tree =
+                connection_.reply<xcb_query_tree_reply_t>(climb.topLevelQuery->sequence)) {
+            const xcb_window_t* children = xcb_query_tree_children(tree.get());
+            topLevel.insert(children, children + xcb_query_tree_children_length(tree.get()));
         }
-        std::vector<Climb> next;
-        for (std::size_t i = 0; i < climbing.size(); ++i) {
-            const auto tree = connection_.reply<xcb_query_tree_reply_t>(cookies[i].sequence);
-            X11WindowRecord* client = record(climbing[i].client);
+    }
+    for (int depth = 0; depth < maximumTreeDepth && !climb.steps.empty(); ++depth) {
+        if (depth > 0) {
+            climb.sendQueries(c, rootWindow);
+        }
+        std::vector<FrameClimb::Step> next;
+        // Selected after the replies are in: a request sent between two replies would be
+        // flushed on its own, one write per window.
+        std::vector<xcb_window_t> newFrames;
+        for (const FrameClimb::Step& step : climb.steps) {
+            const auto tree = connection_.reply<xcb_query_tree_reply_t>(step.query.sequence);
+            X11WindowRecord* client = record(step.client);
             if (!client) {
                 continue;
             }
             if (!tree) {
-                client->gone = client->gone || climbing[i].node == climbing[i].client;
+                client->gone = client->gone || step.node == step.client;
                 continue;
             }
-            if (tree->parent == rootWindow || tree->parent == XCB_WINDOW_NONE) {
-                if (client->frame != climbing[i].node) {
+            const bool atTop = tree->parent == rootWindow || tree->parent == XCB_WINDOW_NONE;
+            if (atTop || topLevel.contains(tree->parent)) {
+                const xcb_window_t frame = atTop ? step.node : tree->parent;
+                if (client->frame != frame) {
                     frameOwners_.erase(client->frame);
-                    client->frame = climbing[i].node;
+                    client->frame = frame;
                     if (client->frame != client->id) {
                         frameOwners_[client->frame] = client->id;
-                        xcb_change_window_attributes(c, client->frame, XCB_CW_EVENT_MASK,
-                                                     &frameEventMask);
+                        newFrames.push_back(client->frame);
                     }
                 }
             } else {
-                next.push_back({climbing[i].client, tree->parent});
+                next.push_back({step.client, tree->parent, {}});
             }
         }
-        climbing = std::move(next);
+        for (const xcb_window_t frame : newFrames) {
+            xcb_change_window_attributes(c, frame, XCB_CW_EVENT_MASK, &frameEventMask);
+        }
+        climb.steps = std::move(next);
     }
-    connection_.flush();
 }
 
 } // namespace tilmora

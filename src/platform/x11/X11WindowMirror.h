@@ -7,10 +7,12 @@
 
 #include "platform/x11/X11WindowRecord.h"
 
+#include <xcb/res.h>
 #include <xcb/xproto.h>
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -31,6 +33,13 @@ public:
     // Handles the events that have arrived and reads what they made stale. False without a
     // usable connection; the mirror is then empty.
     bool update();
+    // Parts that only some callers need: update() leaves them, require() reads them.
+    static constexpr std::uint32_t onDemandParts =
+        X11WindowRecord::Part::allowedActions | X11WindowRecord::Part::sizeHints |
+        X11WindowRecord::Part::mapState | X11WindowRecord::Part::desktop;
+    // update(), and these parts of these windows where they are stale, in the same batch.
+    bool require(const std::vector<xcb_window_t>& windows, std::uint32_t parts);
+    bool requireAll(std::uint32_t parts);
     // Makes the next update() read these fields of the window from the server again.
     void invalidate(xcb_window_t window, std::uint32_t fields);
 
@@ -54,8 +63,39 @@ private:
     void markWindow(X11WindowRecord& record, xcb_atom_t property);
     void readRoot();
     void applyClientList();
-    void readWindows();
-    void readFrames(std::vector<xcb_window_t> windows);
+    using Collector = std::function<void()>;
+    using RecordUpdate = std::function<void(X11WindowRecord&)>;
+    Collector collectorFor(xcb_window_t window, RecordUpdate apply);
+    using PendingProperty = std::optional<xcb_get_property_cookie_t>;
+    // Clients on their way up the window tree to the frame their window manager gave them.
+    struct FrameClimb {
+        struct Step {
+            xcb_window_t client;
+            xcb_window_t node;
+            xcb_query_tree_cookie_t query;
+        };
+        std::vector<Step> steps;
+        // The root's children, asked for once with the first step.
+        std::optional<xcb_query_tree_cookie_t> topLevelQuery;
+
+        void start(xcb_window_t client);
+        void sendQueries(xcb_connection_t* connection, xcb_window_t root);
+    };
+
+    // Handles events, then reads what is stale: of every window the parts a listing needs,
+    // and the `demanded` parts of the windows in `demandedBy` (of all when absent).
+    bool read(std::uint32_t demanded, const std::optional<std::vector<xcb_window_t>>& demandedBy);
+    // Which stale parts of a window to read now.
+    using PartsOf = std::function<std::uint32_t(xcb_window_t, const X11WindowRecord&)>;
+    void readWindows(const PartsOf& partsOf);
+    std::optional<xcb_res_query_client_ids_cookie_t>
+    queryResourcePids(const std::vector<xcb_window_t>& windows);
+    void applyResourcePids(xcb_res_query_client_ids_cookie_t cookie,
+                           const std::vector<xcb_window_t>& windows);
+    // Queues the reads of the stale properties, whose collectors go to `collectors`.
+    void readProperties(const X11WindowRecord& client, std::uint32_t stale,
+                        std::vector<Collector>& collectors);
+    void climbToFrames(FrameClimb& climb);
     X11WindowRecord* record(xcb_window_t window);
 
     X11Connection& connection_;

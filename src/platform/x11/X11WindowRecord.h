@@ -35,7 +35,8 @@ struct X11WindowRecord {
             tree = 1U << 12,
             mapState = 1U << 13,
             resourcePid = 1U << 14,
-            all = (1U << 15) - 1,
+            propertyList = 1U << 15,
+            all = (1U << 16) - 1,
         };
     };
 
@@ -46,6 +47,9 @@ struct X11WindowRecord {
     std::uint32_t stale = Part::all;
     // Destroyed, or every read fails: kept until it leaves the client list, never reported.
     bool gone = false;
+    // The names of the properties the window has, sorted, kept current from PropertyNotify:
+    // a property that is not there is not asked for, which halves the cold read.
+    std::vector<xcb_atom_t> properties;
 
     std::optional<QString> netName;
     std::optional<QString> wmName;
@@ -82,6 +86,18 @@ struct X11WindowRecord {
         return static_cast<std::int32_t>(*pid);
     }
     std::optional<QString> title() const { return netName ? netName : wmName; }
+    bool hasProperty(xcb_atom_t atom) const {
+        return std::binary_search(properties.begin(), properties.end(), atom);
+    }
+    void noteProperty(xcb_atom_t atom, bool present) {
+        const auto at = std::lower_bound(properties.begin(), properties.end(), atom);
+        const bool listed = at != properties.end() && *at == atom;
+        if (present && !listed) {
+            properties.insert(at, atom);
+        } else if (!present && listed) {
+            properties.erase(at);
+        }
+    }
     bool hasState(xcb_atom_t atom) const {
         return std::find(states.begin(), states.end(), atom) != states.end();
     }

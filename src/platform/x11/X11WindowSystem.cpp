@@ -52,6 +52,8 @@ X11WindowSystem::X11WindowSystem(X11Connection& connection, Options options)
                           ? X11DesktopEntries::defaultDirectories()
                           : options_.desktopEntryDirectories,
                       X11DesktopEntries::defaultLocales()) {
+    // Read while the first requests to the server are in flight.
+    desktopEntries_.preload();
     // An activation is noticed from the event alone, without any call from the logic.
     activeListenerId_ = connection_.addEventListener([this](const xcb_generic_event_t& event) {
         if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY || activationCheckQueued_) {
@@ -124,6 +126,14 @@ std::vector<ScreenDescription> X11WindowSystem::screens() const {
     if (root.supports(connection_.atom(X11Atom::_GTK_WORKAREAS)) && !root.gtkWorkAreas.empty()) {
         usable = matchWorkAreas(geometries, root.gtkWorkAreas);
     } else {
+        std::vector<xcb_window_t> reserving;
+        for (const X11WindowRecord* window : mirror_->liveWindows()) {
+            if (window->strut) {
+                reserving.push_back(window->id);
+            }
+        }
+        // Only windows that reserve space need their desktop.
+        mirror_->require(reserving, X11WindowRecord::Part::desktop);
         std::vector<X11Strut> struts;
         for (const X11WindowRecord* window : mirror_->liveWindows()) {
             const bool onThisDesktop = !window->desktop || !root.currentDesktop ||
@@ -295,8 +305,12 @@ std::optional<std::int32_t> X11WindowSystem::activePid() const {
 
 // --- Windows
 
-const X11WindowRecord* X11WindowSystem::live(WindowElement window, Freshness freshness) const {
+const X11WindowRecord* X11WindowSystem::live(WindowElement window, Freshness freshness,
+                                             std::uint32_t parts) const {
     if (window.value == 0 || window.value > 0xFFFFFFFFU || !refresh(freshness)) {
+        return nullptr;
+    }
+    if (parts != 0 && !mirror_->require({static_cast<xcb_window_t>(window.value)}, parts)) {
         return nullptr;
     }
     const X11WindowRecord* record = mirror_->find(static_cast<xcb_window_t>(window.value));
@@ -408,7 +422,8 @@ std::optional<CGSize> X11WindowSystem::size(WindowElement window) const {
 // --- Placing a window
 
 bool X11WindowSystem::isPositionSettable(WindowElement window) const {
-    const X11WindowRecord* record = live(window, Freshness::latest);
+    const X11WindowRecord* record =
+        live(window, Freshness::latest, X11WindowRecord::Part::allowedActions);
     if (!record) {
         return false;
     }
@@ -422,7 +437,9 @@ bool X11WindowSystem::isPositionSettable(WindowElement window) const {
 }
 
 bool X11WindowSystem::isSizeSettable(WindowElement window) const {
-    const X11WindowRecord* record = live(window, Freshness::latest);
+    const X11WindowRecord* record =
+        live(window, Freshness::latest,
+             X11WindowRecord::Part::allowedActions | X11WindowRecord::Part::sizeHints);
     if (!record || record->hints.isFixedSize()) {
         return false;
     }
@@ -466,7 +483,8 @@ void X11WindowSystem::settle(WindowElement window, std::chrono::milliseconds max
 
 std::vector<OnScreenWindow> X11WindowSystem::onScreenWindows() const {
     std::vector<OnScreenWindow> result;
-    if (!refresh()) {
+    if (!refresh() ||
+        !mirror_->requireAll(X11WindowRecord::Part::mapState | X11WindowRecord::Part::desktop)) {
         return result;
     }
     const X11RootState& root = mirror_->root();

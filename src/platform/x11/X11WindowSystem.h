@@ -80,9 +80,10 @@ private:
     bool refresh(Freshness freshness = Freshness::recent) const;
     const std::vector<Application>& applications() const;
     const Application* findApplication(std::int32_t processIdentifier) const;
-    // The live record of a window handle; null when gone or not a managed window.
-    const X11WindowRecord* live(WindowElement window,
-                                Freshness freshness = Freshness::recent) const;
+    // The live record of a window handle, with `parts` read if they were stale; null when gone
+    // or not a managed window.
+    const X11WindowRecord* live(WindowElement window, Freshness freshness = Freshness::recent,
+                                std::uint32_t parts = 0) const;
     // Root coordinates of the top-left space's origin: the primary monitor's top-left corner.
     X11Rect primaryMonitor() const;
     std::optional<X11Rect> outerFrame(WindowElement window) const;
