@@ -176,6 +176,30 @@ TEST_F(X11Windows, PropertiesThatComeAndGoAfterTheFirstReadAreSeen) {
     }
 }
 
+TEST_F(X11Windows, MovesAndResizesByOthersAreSeen) {
+    const auto client = desktop_->startTestClient({"--geometry", "400x300+40+40"});
+    ASSERT_EQ(client.windows.size(), 1U);
+    const WindowElement window{client.windows[0]};
+    const std::string id = std::to_string(client.windows[0]);
+    ASSERT_TRUE(system_->position(window));
+    const CGSize start = *system_->size(window);
+    // The frame grows by the same decorations as the client area.
+    const auto framed = [&](double width, double height) {
+        return CGSize{start.width - 400 + width, start.height - 300 + height};
+    };
+
+    ASSERT_EQ(desktop_->runTool({"xdotool", "windowmove", id, "300", "200"}), 0);
+    EXPECT_TRUE(desktop_->waitUntil([&] {
+        const auto moved = system_->position(window);
+        return moved && moved->x != 40 && system_->size(window) == framed(400, 300);
+    }));
+    const CGPoint moved = *system_->position(window);
+    ASSERT_EQ(desktop_->runTool({"xdotool", "windowsize", id, "500", "350"}), 0);
+    EXPECT_TRUE(desktop_->waitUntil([&] {
+        return system_->size(window) == framed(500, 350) && system_->position(window) == moved;
+    }));
+}
+
 TEST_F(X11Windows, FocusAndActivationFollowTheActiveWindow) {
     const auto first =
         desktop_->startTestClient({"--title", "First", "--geometry", "300x200+0+0"}, 2);

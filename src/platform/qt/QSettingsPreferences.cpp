@@ -94,6 +94,11 @@ void QSettingsPreferences::store(const QString& key, const PreferenceValue& valu
 }
 
 void QSettingsPreferences::write(const QString& key, const QVariant& value) {
+    // Start-up stores many values unchanged: the file is rewritten only for a real change.
+    const QVariant stored = settings_.value(key);
+    if (stored.metaType() == value.metaType() && stored == value) {
+        return;
+    }
     settings_.setValue(key, value);
     // Written now rather than at exit, so a crash loses nothing. When the write fails QSettings
     // keeps the change and retries at the next sync, and it still reads back in this session.

@@ -41,7 +41,8 @@ std::int32_t X11FrameWriter::setSize(xcb_window_t window, std::int64_t width, st
 const X11WindowRecord* X11FrameWriter::freshRecord(xcb_window_t window) {
     mirror_.invalidate(window, X11WindowRecord::Part::geometry | X11WindowRecord::Part::extents |
                                    X11WindowRecord::Part::state | X11WindowRecord::Part::sizeHints);
-    if (!mirror_.require({window}, X11WindowRecord::Part::sizeHints)) {
+    if (!mirror_.require({window},
+                         X11WindowRecord::Part::sizeHints | X11WindowRecord::Part::tree)) {
         return nullptr;
     }
     const X11WindowRecord* record = mirror_.find(window);
@@ -193,7 +194,7 @@ std::uint32_t X11FrameWriter::sendClientMessage(xcb_window_t window, xcb_atom_t 
 }
 
 void X11FrameWriter::raise(xcb_window_t window) {
-    if (!mirror_.update()) {
+    if (!mirror_.require({window}, X11WindowRecord::Part::tree)) {
         return;
     }
     const X11WindowRecord* record = mirror_.find(window);

@@ -33,10 +33,12 @@ public:
     // Handles the events that have arrived and reads what they made stale. False without a
     // usable connection; the mirror is then empty.
     bool update();
-    // Parts that only some callers need: update() leaves them, require() reads them.
+    // Parts that only some callers need: update() leaves them, require() reads them. Without
+    // the frame a window's moves are still seen, from the ConfigureNotify its manager sends it.
     static constexpr std::uint32_t onDemandParts =
         X11WindowRecord::Part::allowedActions | X11WindowRecord::Part::sizeHints |
-        X11WindowRecord::Part::mapState | X11WindowRecord::Part::desktop;
+        X11WindowRecord::Part::mapState | X11WindowRecord::Part::desktop |
+        X11WindowRecord::Part::tree;
     // update(), and these parts of these windows where they are stale, in the same batch.
     bool require(const std::vector<xcb_window_t>& windows, std::uint32_t parts);
     bool requireAll(std::uint32_t parts);

@@ -484,7 +484,9 @@ void X11WindowSystem::settle(WindowElement window, std::chrono::milliseconds max
 std::vector<OnScreenWindow> X11WindowSystem::onScreenWindows() const {
     std::vector<OnScreenWindow> result;
     if (!refresh() ||
-        !mirror_->requireAll(X11WindowRecord::Part::mapState | X11WindowRecord::Part::desktop)) {
+        // A window manager hides windows by unmapping their frames.
+        !mirror_->requireAll(X11WindowRecord::Part::mapState | X11WindowRecord::Part::desktop |
+                             X11WindowRecord::Part::tree)) {
         return result;
     }
     const X11RootState& root = mirror_->root();

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -118,6 +119,19 @@ TEST_F(SettingsFileTest, EveryWriteReachesTheFileAtOnceAndKeysThatExtendEachOthe
     expectReads(*preferences, QStringLiteral("Tilmora.layoutGap.defaultZeroMigration"), {0.0});
     expectReads(*preferences, QStringLiteral("Tilmora.layout"), {});
     expectReads(*preferences, QStringLiteral("Tilmora"), {std::nullopt, false, "[]"});
+}
+
+TEST_F(SettingsFileTest, StoringWhatIsAlreadyThereLeavesTheFileAlone) {
+    preferences->setDouble(QStringLiteral("Tilmora.layoutGap"), 8);
+    preferences->setData(QStringLiteral("Tilmora.displayLayoutProfiles"), "[]");
+    restart();
+    const QDateTime written = QFileInfo(path).lastModified();
+    QThread::msleep(20);
+    preferences->setDouble(QStringLiteral("Tilmora.layoutGap"), 8);
+    preferences->setData(QStringLiteral("Tilmora.displayLayoutProfiles"), "[]");
+    EXPECT_EQ(QFileInfo(path).lastModified(), written);
+    preferences->setDouble(QStringLiteral("Tilmora.layoutGap"), 4);
+    EXPECT_NE(QFileInfo(path).lastModified(), written);
 }
 
 // The settings file as found on disk, written by an earlier run or by hand.
