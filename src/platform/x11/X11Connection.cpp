@@ -2,6 +2,7 @@
 
 #include "platform/x11/X11Log.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
@@ -153,6 +154,13 @@ bool X11Connection::connect() {
         QObject::connect(notifier_.get(), &QSocketNotifier::activated, &context_,
                          [this] { dispatchPendingEvents(); });
     }
+    if (auto* dispatcher = QAbstractEventDispatcher::instance();
+        dispatcher && !flushesBeforeIdle_) {
+        // Nothing queued stays unsent while the application waits for something to do.
+        flushesBeforeIdle_ = true;
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &context_,
+                         [this] { flush(); });
+    }
     qCDebug(lcX11) << "connected to the X server" << displayName_;
     return true;
 }
@@ -287,8 +295,10 @@ void* X11Connection::waitForReply(unsigned int sequence, X11Reply<xcb_generic_er
         xcb_discard_reply(connection_, sequence);
         return nullptr;
     }
-    flush();
     const auto deadline = Clock::now() + replyTimeout;
+    // Requests queued since the last write go out only when a wait is needed, so that a batch
+    // that follows the replies as they come is sent in few writes.
+    bool flushed = false;
     while (!lost_) {
         void* answer = nullptr;
         xcb_generic_error_t* failure = nullptr;
@@ -312,6 +322,11 @@ void* X11Connection::waitForReply(unsigned int sequence, X11Reply<xcb_generic_er
         if (xcb_connection_has_error(connection_) != 0) {
             connectionLost();
             return nullptr;
+        }
+        if (!flushed) {
+            flushed = true;
+            flush();
+            continue;
         }
         if (!waitReadable(deadline)) {
             qCWarning(lcX11) << "the X server did not answer within" << replyTimeout.count()

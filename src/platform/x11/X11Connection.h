@@ -133,6 +133,7 @@ private:
     std::uint64_t generation_ = 0;
     bool lost_ = false;
     bool dispatchScheduled_ = false;
+    bool flushesBeforeIdle_ = false;
 };
 
 } // namespace tilmora

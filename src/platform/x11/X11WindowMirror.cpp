@@ -404,10 +404,10 @@ X11WindowMirror::Collector X11WindowMirror::collectorFor(xcb_window_t window, Re
 
 void X11WindowMirror::readWindows(const PartsOf& partsOf) {
     using Part = X11WindowRecord::Part;
-    // Read first, because the rest depends on them: which properties exist and whose process
-    // the window is. Geometry, map state and the first step towards the frame go along.
+    // Read first, because the properties depend on it: which properties exist. Geometry, map
+    // state and the first step towards the frame go along.
     constexpr std::uint32_t firstRound =
-        Part::propertyList | Part::resourcePid | Part::geometry | Part::mapState | Part::tree;
+        Part::propertyList | Part::geometry | Part::mapState | Part::tree;
     xcb_connection_t* c = connection_.raw();
     const auto run = [](std::vector<Collector>& collectors) {
         for (const Collector& collector : collectors) {
@@ -416,16 +416,33 @@ void X11WindowMirror::readWindows(const PartsOf& partsOf) {
         collectors.clear();
     };
 
-    std::vector<Collector> collectors;
     std::vector<xcb_window_t> needResourcePid;
-    bool listing = false;
+    for (auto& [window, client] : windows_) {
+        if (partsOf(window, client) & Part::resourcePid) {
+            client.stale &= ~Part::resourcePid;
+            needResourcePid.push_back(window);
+        }
+    }
+    // Asked first, so that the answer is there before any property is: a window whose
+    // process the server names needs no _NET_WM_PID.
+    const auto resourceCookie = queryResourcePids(needResourcePid);
+
+    std::vector<Collector> collectors;
+    // The property reads, queued as soon as the window's property list is known, so that the
+    // server works on them while the rest of the lists is still being collected.
+    std::vector<Collector> propertyCollectors;
+    const auto readRest = [&, this](X11WindowRecord& client) {
+        if (const std::uint32_t stale = partsOf(client.id, client)) {
+            client.stale &= ~stale;
+            readProperties(client, stale, propertyCollectors);
+        }
+    };
     FrameClimb climb;
     for (auto& [window, client] : windows_) {
         const std::uint32_t stale = partsOf(window, client) & firstRound;
         client.stale &= ~stale;
         const xcb_window_t w = window;
         if (stale & Part::propertyList) {
-            listing = true;
             const auto cookie = xcb_list_properties(c, w);
             collectors.push_back(collectorFor(w, [=, this](X11WindowRecord& r) {
                 X11Reply<xcb_generic_error_t> error;
@@ -440,6 +457,7 @@ void X11WindowMirror::readWindows(const PartsOf& partsOf) {
                 } else {
                     r.gone = r.gone || (error && error->error_code == XCB_WINDOW);
                 }
+                readRest(r);
             }));
         }
         if (stale & Part::geometry) {
@@ -470,28 +488,17 @@ void X11WindowMirror::readWindows(const PartsOf& partsOf) {
         if (stale & Part::tree) {
             climb.start(w);
         }
-        if (stale & Part::resourcePid) {
-            needResourcePid.push_back(w);
+        if (!(stale & Part::propertyList)) {
+            readRest(client);
         }
     }
     climb.sendQueries(c, connection_.root());
-    // A window that is read for the first time takes two round trips; any other read, one.
-    if (listing || !needResourcePid.empty()) {
-        const auto resourceCookie = queryResourcePids(needResourcePid);
-        run(collectors);
-        if (resourceCookie) {
-            applyResourcePids(*resourceCookie, needResourcePid);
-        }
+    if (resourceCookie) {
+        applyResourcePids(*resourceCookie, needResourcePid);
     }
-
-    for (auto& [window, client] : windows_) {
-        if (const std::uint32_t stale = partsOf(window, client)) {
-            client.stale &= ~stale;
-            readProperties(client, stale, collectors);
-        }
-    }
-    climbToFrames(climb);
     run(collectors);
+    climbToFrames(climb);
+    run(propertyCollectors);
     connection_.flush();
 }
 
