@@ -73,9 +73,9 @@ std::int32_t X11FrameWriter::write(xcb_window_t window, std::optional<std::int64
     }
     Placement& placement = placements_[window];
     if (!continuing) {
-        placement.earlierTargets.clear();
+        placement.earlierFrames = {current};
     } else if (placement.target != target) {
-        placement.earlierTargets.push_back(placement.target);
+        placement.earlierFrames.push_back(placement.target);
     }
     placement.target = target;
     placement.lastWrite = Clock::now();
@@ -264,10 +264,11 @@ void X11FrameWriter::settle(xcb_window_t window, std::chrono::milliseconds maxim
         if (frame == placement.target) {
             return;
         }
-        // The manager's answer to an earlier request of this placement, which reached the
-        // window after the last one was sent: the answer to that one is still to come.
-        if (frame && std::find(placement.earlierTargets.begin(), placement.earlierTargets.end(),
-                               *frame) != placement.earlierTargets.end()) {
+        // An event from before the manager acted, or its answer to an earlier request of this
+        // placement that reached the window after the last one was sent: the answer to the last
+        // one is still to come.
+        if (frame && std::find(placement.earlierFrames.begin(), placement.earlierFrames.end(),
+                               *frame) != placement.earlierFrames.end()) {
             lastConfirmation.reset();
         }
     }

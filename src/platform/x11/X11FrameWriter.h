@@ -47,8 +47,8 @@ public:
 private:
     struct Placement {
         X11Rect target;
-        // What the placement's earlier writes asked for.
-        std::vector<X11Rect> earlierTargets;
+        // The frame before the placement and what its earlier writes asked for.
+        std::vector<X11Rect> earlierFrames;
         Clock::time_point lastWrite;
         // The last request and the window's ConfigureNotify count when it was sent.
         std::uint32_t sequence = 0;

@@ -41,6 +41,9 @@ const char* openboxConfiguration = R"(<?xml version="1.0" encoding="UTF-8"?>
 )";
 
 const char* icewmPreferences = "ShowTaskBar=0\nTaskBarAutoHide=0\n";
+// One workspace and no toolbar, so that nothing reserves space on the test screen.
+const char* fluxboxInit = "session.screen0.toolbar.visible: false\n"
+                          "session.screen0.workspaces: 1\n";
 
 bool writeFile(const QString& path, const char* contents) {
     QFile file(path);
@@ -169,6 +172,12 @@ bool X11TestDesktop::startWindowManager(WindowManager manager) {
             return false;
         }
         options.arguments = {"openbox", "--sm-disable", "--config-file", config.toStdString()};
+    } else if (manager == WindowManager::fluxbox) {
+        const QString init = scratch_.filePath(QStringLiteral("fluxbox-init"));
+        if (!writeFile(init, fluxboxInit)) {
+            return false;
+        }
+        options.arguments = {"fluxbox", "-rc", init.toStdString()};
     } else {
         const QString directory = scratch_.filePath(QStringLiteral("icewm"));
         QDir().mkpath(directory);
