@@ -92,6 +92,37 @@ INSTANTIATE_TEST_SUITE_P(
                      screen({1440, -180, 1920, 1080}, {1488, -180, 1872, 1080}, "R")}}),
     [](const testing::TestParamInfo<MonitorCase>& p) { return std::string(p.param.name); });
 
+// Desktops that know better than struts (GNOME's mutter, for one) publish each monitor's
+// usable area; those are taken as they are, whatever the panels' struts say.
+TEST(X11Monitors, PublishedWorkAreasWinOverStruts) {
+    X11TestDesktop desktop(
+        {X11TestDesktop::WindowManager::openbox,
+         "3360x1080",
+         {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}}});
+    ASSERT_TRUE(desktop.isReady());
+    ASSERT_FALSE(desktop
+                     .startTestClient({"--type", "DOCK", "--strut", "0,0,0,220,0,0,0,0,0,0,0,1439",
+                                       "--geometry", "1440x40+0+860", "--title", "Panel"})
+                     .windows.empty());
+    X11Connection connection(QByteArray::fromStdString(desktop.display()));
+    const auto publish = [&](const char* name, xcb_atom_t type,
+                             const std::vector<std::uint32_t>& values) {
+        xcb_change_property(connection.raw(), XCB_PROP_MODE_REPLACE, connection.root(),
+                            connection.internAtom(name), type, 32,
+                            static_cast<std::uint32_t>(values.size()), values.data());
+    };
+    publish("_GTK_WORKAREAS_D0", XCB_ATOM_CARDINAL, {0, 0, 1440, 850, 1440, 100, 1920, 980});
+    publish("_NET_SUPPORTED", XCB_ATOM_ATOM,
+            {connection.internAtom("_NET_CLIENT_LIST"), connection.internAtom("_GTK_WORKAREAS")});
+    connection.flush();
+    X11WindowSystem system(connection);
+
+    const auto screens = system.screens();
+    ASSERT_EQ(screens.size(), 2U);
+    EXPECT_EQ(screens[0].visibleFrame, CGRect(0, 50, 1440, 850));
+    EXPECT_EQ(screens[1].visibleFrame, CGRect(1440, -180, 1920, 980));
+}
+
 TEST(X11Monitors, ChangesAreSeenAtTheNextCall) {
     X11TestDesktop desktop(
         {X11TestDesktop::WindowManager::openbox,
