@@ -13,6 +13,10 @@ namespace {
 
 using test::X11TestDesktop;
 
+// The smaller primary on the left, its top edges aligned with the right one's.
+const std::vector<X11TestDesktop::Monitor> sideBySide{{"*L", "1440/381x900/238+0+0", "screen"},
+                                                      {"R", "1920/508x1080/286+1440+0"}};
+
 std::uint32_t numberOf(const char* name) {
     return fnv1a(QByteArray(name));
 }
@@ -59,7 +63,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         MonitorCase{"SideBySide",
                     "3360x1080",
-                    {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}},
+                    sideBySide,
                     "",
                     "",
                     {screen({0, 0, 1440, 900}, {0, 0, 1440, 900}, "L"),
@@ -76,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(
         // bottom edge (180 px below the primary) and must not touch the right monitor.
         MonitorCase{"PanelOnPrimaryBottom",
                     "3360x1080",
-                    {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}},
+                    sideBySide,
                     "0,0,0,220,0,0,0,0,0,0,0,1439",
                     "1440x40+0+860",
                     {screen({0, 0, 1440, 900}, {0, 40, 1440, 860}, "L"),
@@ -85,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
         // left edge: all of the left monitor's width, which it must keep.
         MonitorCase{"PanelOnInnerEdge",
                     "3360x1080",
-                    {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}},
+                    sideBySide,
                     "1488,0,0,0,0,1079,0,0,0,0,0,0",
                     "48x1080+1440+0",
                     {screen({0, 0, 1440, 900}, {0, 0, 1440, 900}, "L"),
@@ -95,10 +99,7 @@ INSTANTIATE_TEST_SUITE_P(
 // Desktops that know better than struts (GNOME's mutter, for one) publish each monitor's
 // usable area; those are taken as they are, whatever the panels' struts say.
 TEST(X11Monitors, PublishedWorkAreasWinOverStruts) {
-    X11TestDesktop desktop(
-        {X11TestDesktop::WindowManager::openbox,
-         "3360x1080",
-         {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}}});
+    X11TestDesktop desktop({X11TestDesktop::WindowManager::openbox, "3360x1080", sideBySide});
     ASSERT_TRUE(desktop.isReady());
     ASSERT_FALSE(desktop
                      .startTestClient({"--type", "DOCK", "--strut", "0,0,0,220,0,0,0,0,0,0,0,1439",
@@ -124,10 +125,7 @@ TEST(X11Monitors, PublishedWorkAreasWinOverStruts) {
 }
 
 TEST(X11Monitors, ChangesAreSeenAtTheNextCall) {
-    X11TestDesktop desktop(
-        {X11TestDesktop::WindowManager::openbox,
-         "3360x1080",
-         {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}}});
+    X11TestDesktop desktop({X11TestDesktop::WindowManager::openbox, "3360x1080", sideBySide});
     ASSERT_TRUE(desktop.isReady());
     X11Connection connection(QByteArray::fromStdString(desktop.display()));
     X11WindowSystem system(connection);
