@@ -16,7 +16,7 @@ packages=(
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-randr0-dev libxcb-xinerama0-dev
   libxcb-res0-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-keysyms1-dev
   # X11 tests: servers, window managers, clients and command-line tools
-  xvfb openbox icewm fluxbox xterm x11-xserver-utils x11-utils x11-xkb-utils xdotool wmctrl
+  xvfb openbox icewm fluxbox xfwm4 xfconf dbus-daemon xterm x11-xserver-utils x11-utils x11-xkb-utils xdotool wmctrl
   # `make run` without a display: a panel for the demo session and its screenshot
   lemonbar imagemagick
 )

@@ -1,6 +1,6 @@
 // Frames applied through the window manager and read back, with real clients: windows that
 // take any frame, that limit their size, that are maximized, fixed, decorated by themselves or
-// closed before the write. Built three times: under openbox, icewm and fluxbox.
+// closed before the write. Built once for each window manager: openbox, icewm, fluxbox, xfwm4.
 #include "platform/AXError.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11WindowSystem.h"
@@ -18,6 +18,8 @@ using test::X11TestDesktop;
 constexpr auto windowManager = X11TestDesktop::WindowManager::icewm;
 #elif defined(TILMORA_TEST_FLUXBOX)
 constexpr auto windowManager = X11TestDesktop::WindowManager::fluxbox;
+#elif defined(TILMORA_TEST_XFWM4)
+constexpr auto windowManager = X11TestDesktop::WindowManager::xfwm4;
 #else
 constexpr auto windowManager = X11TestDesktop::WindowManager::openbox;
 #endif

@@ -172,6 +172,12 @@ bool X11TestDesktop::startWindowManager(WindowManager manager) {
             return false;
         }
         options.arguments = {"openbox", "--sm-disable", "--config-file", config.toStdString()};
+    } else if (manager == WindowManager::xfwm4) {
+        // Its settings daemon is started on demand over a session bus of its own; no
+        // compositor, so that nothing but the frame surrounds a window.
+        options.environment["NO_AT_BRIDGE"] = "1";
+        options.arguments = {"dbus-run-session", "--", "xfwm4", "--compositor=off",
+                             "--sm-client-disable"};
     } else if (manager == WindowManager::fluxbox) {
         const QString init = scratch_.filePath(QStringLiteral("fluxbox-init"));
         if (!writeFile(init, fluxboxInit)) {

@@ -23,7 +23,7 @@ class X11TestDesktop {
 public:
     // openboxDefaults is openbox with the configuration it ships with: its own key bindings
     // (control+alt+arrows, ...) and its mouse bindings (title-bar and alt drags move windows).
-    enum class WindowManager { none, openbox, openboxDefaults, icewm, fluxbox };
+    enum class WindowManager { none, openbox, openboxDefaults, icewm, fluxbox, xfwm4 };
 
     // One `xrandr --setmonitor` call: name ("*" marks the primary), geometry, output.
     struct Monitor {

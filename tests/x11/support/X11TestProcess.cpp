@@ -114,13 +114,16 @@ void X11TestProcess::stop(std::chrono::milliseconds grace) {
     if (pid_ <= 0) {
         return;
     }
+    // The whole process group: a program started through a wrapper (a session bus, a shell)
+    // leaves no helper behind.
     if (isRunning()) {
-        ::kill(pid_, SIGTERM);
+        ::kill(-pid_, SIGTERM);
         if (!wait(grace)) {
-            ::kill(pid_, SIGKILL);
+            ::kill(-pid_, SIGKILL);
             wait(std::chrono::seconds(5));
         }
     }
+    ::kill(-pid_, SIGKILL);
     pid_ = -1;
 }
 
