@@ -5,6 +5,7 @@
 
 #include <xcb/res.h>
 
+#include <algorithm>
 #include <functional>
 #include <unordered_set>
 
