@@ -7,6 +7,8 @@
 #include <QLocale>
 #include <QSet>
 
+#include <system_error>
+
 namespace tilmora {
 
 namespace {
@@ -116,9 +118,14 @@ std::optional<X11DesktopEntry> X11DesktopEntries::byIdIgnoringCase(const QByteAr
 }
 
 void X11DesktopEntries::preload() {
-    if (!pending_.valid()) {
-        lastCheck_ = std::chrono::steady_clock::now();
+    if (pending_.valid()) {
+        return;
+    }
+    try {
         pending_ = std::async(std::launch::async, &X11DesktopEntries::scan, directories_, locales_);
+        lastCheck_ = std::chrono::steady_clock::now();
+    } catch (const std::system_error&) {
+        // No thread to be had: the first lookup reads the entries itself.
     }
 }
 
