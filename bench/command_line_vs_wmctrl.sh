@@ -6,7 +6,7 @@ set -euo pipefail
 
 build_dir=${1:-build}
 runs=${RUNS:-40}
-tilmora="$build_dir/src/core/tilmora"
+tilmora="$build_dir/bin/tilmora"
 client="$build_dir/tests/x11/tilmora_x11_test_client"
 for tool in "$tilmora" "$client"; do
     [ -x "$tool" ] || { echo "bench: $tool is not built" >&2; exit 1; }

@@ -5,7 +5,7 @@
 set -euo pipefail
 
 build_dir=${1:-build}
-tilmora="$build_dir/src/core/tilmora"
+tilmora="$build_dir/bin/tilmora"
 screenshot="$build_dir/demo.png"
 [ -x "$tilmora" ] || { echo "demo: $tilmora is not built" >&2; exit 1; }
 

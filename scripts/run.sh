@@ -3,7 +3,7 @@
 # session with a short demonstration.
 set -euo pipefail
 build_dir=${1:-build}
-app="$build_dir/src/core/tilmora"
+app="$build_dir/bin/tilmora"
 if [ ! -x "$app" ]; then
     echo "run: $app was not built" >&2
     exit 1
