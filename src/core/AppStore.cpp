@@ -55,6 +55,15 @@ void AppStore::setGridRows(std::int64_t rows) {
     publish(gridRows_, rows, &AppStore::gridRowsChanged);
 }
 
+void AppStore::relaunch() {
+    const std::optional<QString> failure =
+        relauncher_ ? relauncher_()
+                    : std::optional<QString>(QStringLiteral("no way to start Tilmora anew"));
+    if (failure) {
+        setStatusMessage(QStringLiteral("Could not relaunch Tilmora: ") + *failure);
+    }
+}
+
 void AppStore::setPermissionGranted(bool granted) {
     publish(permissionGranted_, granted, &AppStore::permissionGrantedChanged);
 }

@@ -29,6 +29,7 @@
 #include <QUrl>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -133,6 +134,15 @@ public:
     void refreshSoon();
     // Asks for access with the system's prompt where it has one, and reports the answer.
     void requestAccessibilityPermission();
+
+    // --- The shell
+
+    // Starts a new instance and quits this one; the shell provides how. It returns why it could
+    // not, or nothing once the new instance is on its way.
+    using Relauncher = std::function<std::optional<QString>()>;
+    void setRelauncher(Relauncher relauncher) { relauncher_ = std::move(relauncher); }
+    // Leaves this instance running and says why when the new one could not be started.
+    void relaunch();
 
     // --- Displays and their grid profiles
 
@@ -292,6 +302,7 @@ private:
     SavedLayoutStore savedLayoutStore_;
     HotKeyCenter hotKeyCenter_{platform_.hotKeyService, platform_.scheduler};
     PlacementCanvas* placementCanvas_ = nullptr;
+    Relauncher relauncher_;
     std::optional<TaskToken> refreshTimer_;
     std::optional<std::int32_t> lastTargetPID_;
     bool hasStarted_ = false;
