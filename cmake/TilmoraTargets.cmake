@@ -28,5 +28,5 @@ function(tilmora_test name)
     target_compile_options(${name} PRIVATE ${TILMORA_WARNINGS} -include
                                            ${PROJECT_SOURCE_DIR}/tests/support/QStringPrinting.h)
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock GTest::gtest_main)
-    gtest_discover_tests(${name} PROPERTIES LABELS ${ARG_LABEL} DISCOVERY_TIMEOUT 60)
+    gtest_discover_tests(${name} NO_PRETTY_VALUES PROPERTIES LABELS ${ARG_LABEL} DISCOVERY_TIMEOUT 60)
 endfunction()
