@@ -1,0 +1,227 @@
+"""A private X desktop session for the demo and the application's end-to-end tests.
+
+Xvfb on a free display with two RandR monitors, a D-Bus session bus of its own (the tray's
+StatusNotifierItem and the accessibility bus live there), openbox with a configuration that owns
+no keys, optionally a panel with a strut, an XEmbed tray host and terminals. Everything started
+is stopped again by process group, also when a step fails. Waits are for conditions, with a
+time-out, never fixed sleeps.
+"""
+
+import os
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+OPENBOX_CONFIG = """<?xml version="1.0" encoding="UTF-8"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
+  <placement><policy>Smart</policy></placement>
+  <desktops><number>1</number></desktops>
+  <keyboard></keyboard>
+  <mouse></mouse>
+</openbox_config>
+"""
+
+# A 1440 x 900 primary monitor on the left and a 1920 x 1080 one on its right.
+TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "screen"),
+                              ("Right", "1920/508x1080/286+1440+0", "none")])
+
+
+class SessionError(RuntimeError):
+    pass
+
+
+def wait_for(what, condition, timeout=15.0, interval=0.05):
+    """Polls `condition` until it returns something true; raises with `what` on time-out."""
+    deadline = time.monotonic() + timeout
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > deadline:
+            raise SessionError(f"timed out waiting for {what}")
+        time.sleep(interval)
+
+
+class DesktopSession:
+    def __init__(self, monitors=TWO_MONITORS, panel=False, tray_host=False, dpi=None):
+        self.monitors = monitors
+        self.panel = panel
+        self.tray_host = tray_host
+        self.dpi = dpi
+        self.processes = []
+        self.workdir = tempfile.mkdtemp(prefix="tilmora-session-")
+        self.env = dict(os.environ)
+        self.display = None
+        self._panel_pipe = None
+
+    # --- life cycle
+
+    def __enter__(self):
+        try:
+            self.start()
+        except BaseException:
+            self.stop()
+            raise
+        return self
+
+    def __exit__(self, *exc):
+        self.stop()
+
+    def start(self):
+        home = os.path.join(self.workdir, "home")
+        runtime = os.path.join(self.workdir, "runtime")
+        for path in (home, runtime):
+            os.makedirs(path, mode=0o700)
+        self.env.update({
+            "HOME": home,
+            "XDG_CONFIG_HOME": os.path.join(home, ".config"),
+            "XDG_CACHE_HOME": os.path.join(home, ".cache"),
+            "XDG_DATA_HOME": os.path.join(home, ".local/share"),
+            "XDG_RUNTIME_DIR": runtime,
+            # Qt exposes its widgets over AT-SPI only when asked to or when a screen reader runs.
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+            "QT_QPA_PLATFORM": "xcb",
+        })
+        for name in ("WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "SESSION_MANAGER",
+                     "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR"):
+            self.env.pop(name, None)
+        self._start_server()
+        self._start_bus()
+        self._start_window_manager()
+        if self.panel:
+            self._start_panel()
+        if self.tray_host:
+            self._start_tray_host()
+
+    def stop(self):
+        if self._panel_pipe is not None:
+            try:
+                self._panel_pipe.close()
+            except OSError:
+                pass
+            self._panel_pipe = None
+        for process in reversed(self.processes):
+            self._kill(process)
+        self.processes = []
+        shutil.rmtree(self.workdir, ignore_errors=True)
+
+    def _kill(self, process):
+        if process.poll() is not None:
+            return
+        try:
+            os.killpg(process.pid, signal.SIGTERM)
+        except ProcessLookupError:
+            return
+        try:
+            process.wait(timeout=5)
+        except subprocess.TimeoutExpired:
+            try:
+                os.killpg(process.pid, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+            process.wait()
+
+    # --- starting things
+
+    def spawn(self, arguments, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=None,
+              **kwargs):
+        """Starts a process in a process group of its own, stopped with the session."""
+        process = subprocess.Popen(arguments, env=env or self.env, stdout=stdout, stderr=stderr,
+                                   stdin=subprocess.DEVNULL, start_new_session=True, **kwargs)
+        self.processes.append(process)
+        return process
+
+    def run(self, arguments, timeout=20, check=False):
+        return subprocess.run(arguments, env=self.env, capture_output=True, text=True,
+                              timeout=timeout, check=check)
+
+    def _start_server(self):
+        read_end, write_end = os.pipe()
+        size, monitors = self.monitors
+        self.spawn(["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{size}x24",
+                    "-noreset", "-nolisten", "tcp"], pass_fds=(write_end,))
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise SessionError("Xvfb did not start")
+        self.display = f":{number}"
+        self.env["DISPLAY"] = self.display
+        wait_for("the X server", lambda: self.run(["xdpyinfo"]).returncode == 0)
+        for name, geometry, output in monitors:
+            self.run(["xrandr", "--setmonitor", name, geometry, output], check=True)
+        self.run(["xsetroot", "-solid", "#39463f"])
+        if self.dpi:
+            subprocess.run(["xrdb", "-merge"], input=f"Xft.dpi: {self.dpi}\n", text=True,
+                           env=self.env, check=True)
+
+    def _start_bus(self):
+        process = self.spawn(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        address = process.stdout.readline().decode().strip()
+        if not address:
+            raise SessionError("the D-Bus session bus did not start")
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = address
+
+    def _start_window_manager(self):
+        config = os.path.join(self.workdir, "openbox.xml")
+        with open(config, "w") as file:
+            file.write(OPENBOX_CONFIG)
+        self.spawn(["openbox", "--sm-disable", "--config-file", config])
+        wait_for("openbox", lambda: "window id" in self.run(
+            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]).stdout)
+
+    def _start_panel(self):
+        """A panel along the top of the primary monitor, reserving its strip with a strut."""
+        fifo = os.path.join(self.workdir, "panel")
+        os.mkfifo(fifo)
+        self.spawn(["sh", "-c", f'exec lemonbar -g 1440x24+0+0 -p -B "#2f3b35" -F "#d8e6dd" <"{fifo}"'])
+        self._panel_pipe = open(fifo, "w")
+        self._panel_pipe.write("%{c}Tilmora demo\n")
+        self._panel_pipe.flush()
+
+    def _start_tray_host(self):
+        """trayer: an XEmbed system tray at the top right of the desktop."""
+        self.spawn(["trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
+                    "--height", "24", "--SetDockType", "true", "--SetPartialStrut", "true",
+                    "--transparent", "false", "--tint", "0x2f3b35"])
+        wait_for("the tray host", lambda: self.run(
+            ["xdotool", "search", "--classname", "trayer"]).stdout.strip())
+
+    def start_terminal(self, title, geometry):
+        """An xterm that the window manager manages; started again if openbox missed it."""
+        for _ in range(5):
+            process = self.spawn(["xterm", "-T", title, "-geometry", geometry, "-e", "sh", "-c",
+                                  f"echo {title}; exec sleep 3600"])
+            try:
+                return wait_for(f"the {title} terminal",
+                                lambda: self.window_of(title), timeout=3)
+            except SessionError:
+                self._kill(process)
+        raise SessionError(f"the window manager did not take the {title} terminal")
+
+    # --- looking at the desktop
+
+    def window_of(self, title):
+        """The id of the managed window with this title, as wmctrl lists it."""
+        for line in self.run(["wmctrl", "-l"]).stdout.splitlines():
+            fields = line.split(None, 3)
+            if len(fields) == 4 and fields[3] == title:
+                return fields[0]
+        return None
+
+    def frame_of(self, title):
+        """(x, y, width, height) of the window's client area in root coordinates."""
+        for line in self.run(["wmctrl", "-lG"]).stdout.splitlines():
+            fields = line.split(None, 7)
+            if len(fields) == 8 and fields[7] == title:
+                return tuple(int(v) for v in fields[2:6])
+        return None
+
+    def screenshot(self, path):
+        os.makedirs(os.path.dirname(os.path.abspath(path)), exist_ok=True)
+        self.run(["import", "-window", "root", path], check=True, timeout=30)
+        return path
