@@ -29,7 +29,6 @@ AboutPanelPresenter::AboutPanelPresenter(QWidget* parent)
     setObjectName(QStringLiteral("about"));
     setWindowTitle(QStringLiteral("About Tilmora"));
     setWindowIcon(ApplicationIcon::icon());
-    setFixedWidth(340);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(24, 24, 24, 16);
@@ -67,6 +66,9 @@ AboutPanelPresenter::AboutPanelPresenter(QWidget* parent)
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     column->addSpacing(8);
     column->addWidget(buttons);
+    // A window does not size itself to wrapped text: give it the height its width needs.
+    constexpr int width = 340;
+    setFixedSize(width, heightForWidth(width));
 }
 
 QString AboutPanelPresenter::creditsText() {

@@ -3,6 +3,7 @@
 #include "core/AppStore.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/ArrangeMenu.h"
+#include "ui/DetailScrollView.h"
 #include "ui/SectionInfo.h"
 #include "ui/SectionViews.h"
 #include "ui/SidebarView.h"
@@ -47,6 +48,7 @@ MainWindow::MainWindow(AppStore& store, QWidget* parent)
     status_->setObjectName(QStringLiteral("status"));
     TextStyle::apply(status_, TextStyle::Style::callout, QFont::Normal, true);
     status_->setTextFormat(Qt::PlainText);
+    status_->setContentsMargins(DetailScrollView::padding / 2, 2, DetailScrollView::padding / 2, 2);
     statusBar()->addWidget(status_, 1);
     statusBar()->setSizeGripEnabled(false);
 

@@ -1,7 +1,6 @@
 #include "ui/PermissionBanner.h"
 
 #include "core/AppStore.h"
-#include "ui/NativeSurface.h"
 #include "ui/SymbolIcon.h"
 #include "ui/TextStyle.h"
 
@@ -36,6 +35,7 @@ PermissionBanner::PermissionBanner(AppStore& store, QWidget* parent)
     setAccessibleName(headline_->text());
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     layout_->setContentsMargins(padding, padding, padding, padding);
+    layout_->setSizeConstraint(QLayout::SetNoConstraint);
     layout_->setSpacing(spacing);
 
     auto* label = new QWidget(this);
@@ -62,10 +62,10 @@ PermissionBanner::PermissionBanner(AppStore& store, QWidget* parent)
     buttonRow->setSpacing(8);
     QPushButton* grant =
         addButton(QStringLiteral("Grant Access"), QStringLiteral("checkmark.shield"));
-    // The one prominent button: filled with the brand colour.
+    // The one prominent button: filled with the desktop's accent colour.
     QPalette prominent = grant->palette();
-    prominent.setColor(QPalette::Button, NativeSurface::brandStroke());
-    prominent.setColor(QPalette::ButtonText, Qt::white);
+    prominent.setColor(QPalette::Button, prominent.color(QPalette::Highlight));
+    prominent.setColor(QPalette::ButtonText, prominent.color(QPalette::HighlightedText));
     grant->setPalette(prominent);
     connect(grant, &QPushButton::clicked, this,
             [this] { store_.requestAccessibilityPermission(); });
@@ -97,6 +97,12 @@ int PermissionBanner::rowWidth() const {
                  std::min(subtitle_->fontMetrics().horizontalAdvance(subtitle_->text()),
                           rowSubtitleWidth));
     return 2 * padding + label + spacing + buttons_->sizeHint().width();
+}
+
+QSize PermissionBanner::minimumSizeHint() const {
+    const int label = symbolWidth + 10 + headline_->minimumSizeHint().width();
+    return {2 * padding + std::max(label, buttons_->sizeHint().width()),
+            layout_->minimumSize().height()};
 }
 
 void PermissionBanner::resizeEvent(QResizeEvent* event) {

@@ -21,6 +21,8 @@ public:
     Qt::Orientation orientation() const { return orientation_; }
     // The narrowest width at which the row layout fits.
     int rowWidth() const;
+    // That of the stacked layout, whichever is shown: the banner can always become narrower.
+    QSize minimumSizeHint() const override;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTest>
+#include <QVBoxLayout>
 
 using namespace tilmora;
 
@@ -74,11 +75,15 @@ class PermissionBannerTest : public UiTest, public ::testing::Test {
 protected:
     PermissionBannerTest() {
         setAccessGranted(false);
-        banner.show();
+        auto* column = new QVBoxLayout(&section);
+        column->setContentsMargins(0, 0, 0, 0);
+        column->addWidget(banner);
+        column->addStretch();
+        section.show();
     }
 
     QPushButton* button(const QString& title) const {
-        for (QPushButton* candidate : banner.findChildren<QPushButton*>()) {
+        for (QPushButton* candidate : banner->findChildren<QPushButton*>()) {
             if (candidate->text() == title) {
                 return candidate;
             }
@@ -86,25 +91,28 @@ protected:
         return nullptr;
     }
 
-    PermissionBanner banner{store};
+    QWidget section;
+    PermissionBanner* banner = new PermissionBanner(store, &section);
 };
 
 TEST_F(PermissionBannerTest, RowWhenItFitsStackedWhenNotAndBackAgain) {
     const QWidget* buttons = button(QStringLiteral("Grant Access"))->parentWidget();
-    const QWidget* label = banner.findChild<QLabel*>()->parentWidget();
-    for (const int extra : {0, -1, 200, -300}) {
-        const int width = banner.rowWidth() + extra;
-        banner.resize(width, banner.heightForWidth(width));
+    const QWidget* label = banner->findChild<QLabel*>()->parentWidget();
+    const int rowWidth = banner->rowWidth();
+    for (const int width : {rowWidth, rowWidth - 1, rowWidth + 200, 560, rowWidth}) {
+        section.resize(width, 400);
         QApplication::processEvents();
-        if (extra >= 0) {
-            EXPECT_EQ(banner.orientation(), Qt::Horizontal) << width;
+        EXPECT_EQ(banner->width(), width);
+        if (width >= rowWidth) {
+            EXPECT_EQ(banner->orientation(), Qt::Horizontal) << width;
             EXPECT_GT(buttons->x(), label->geometry().right()) << width;
             EXPECT_LT(buttons->y(), label->geometry().bottom()) << width;
         } else {
-            EXPECT_EQ(banner.orientation(), Qt::Vertical) << width;
+            EXPECT_EQ(banner->orientation(), Qt::Vertical) << width;
             EXPECT_GT(buttons->y(), label->geometry().bottom()) << width;
         }
         EXPECT_LE(buttons->geometry().right(), width) << width;
+        EXPECT_LE(label->geometry().right(), width) << width;
     }
 }
 
@@ -125,10 +133,10 @@ TEST_F(PermissionBannerTest, ButtonsReachTheStoreAndTheBannerLeavesOnceAccessIsT
     button(QStringLiteral("Relaunch"))->click();
     EXPECT_EQ(relaunches, 1);
 
-    EXPECT_TRUE(banner.isVisible());
+    EXPECT_TRUE(banner->isVisible());
     fake.windowSystem.setTrusted(true);
     button(QStringLiteral("Check Again"))->click();
-    EXPECT_FALSE(banner.isVisible());
+    EXPECT_FALSE(banner->isVisible());
 }
 
 class ApplicationShellTest : public UiTest, public ::testing::Test {
