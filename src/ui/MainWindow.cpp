@@ -51,6 +51,8 @@ MainWindow::MainWindow(AppStore& store, QWidget* parent)
     status_->setContentsMargins(DetailScrollView::padding / 2, 2, DetailScrollView::padding / 2, 2);
     statusBar()->addWidget(status_, 1);
     statusBar()->setSizeGripEnabled(false);
+    // A line of text, not a sunken field.
+    statusBar()->setStyleSheet(QStringLiteral("QStatusBar::item { border: none; }"));
 
     showSection();
     showStatus();
