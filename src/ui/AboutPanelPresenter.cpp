@@ -84,10 +84,4 @@ QString AboutPanelPresenter::creditsText() {
         .join(QStringLiteral("\n\n"));
 }
 
-void AboutPanelPresenter::present() {
-    show();
-    raise();
-    activateWindow();
-}
-
 } // namespace tilmora

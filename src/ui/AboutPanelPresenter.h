@@ -13,9 +13,6 @@ public:
 
     // Five paragraphs separated by blank lines.
     static QString creditsText();
-
-    // Shows the dialog in front, also when it was open behind other windows.
-    void present();
 };
 
 } // namespace tilmora

@@ -2,6 +2,7 @@
 
 #include "core/AppStore.h"
 #include "ui/AboutPanelPresenter.h"
+#include "ui/BringToFront.h"
 #include "ui/MainWindow.h"
 #include "ui/SettingsWindow.h"
 #include "ui/TrayIcon.h"
@@ -53,10 +54,7 @@ void ApplicationShell::startStore() {
 
 void ApplicationShell::showMainWindow() {
     build();
-    mainWindow_->show();
-    mainWindow_->setWindowState(mainWindow_->windowState() & ~Qt::WindowMinimized);
-    mainWindow_->raise();
-    mainWindow_->activateWindow();
+    bringToFront(mainWindow_.get());
 }
 
 void ApplicationShell::popUpMenuAtPointer() {
@@ -69,14 +67,14 @@ void ApplicationShell::showSettings() {
     if (!settingsWindow_) {
         settingsWindow_ = std::make_unique<SettingsWindow>(store_);
     }
-    settingsWindow_->present();
+    bringToFront(settingsWindow_.get());
 }
 
 void ApplicationShell::showAbout() {
     if (!about_) {
         about_ = std::make_unique<AboutPanelPresenter>();
     }
-    about_->present();
+    bringToFront(about_.get());
 }
 
 } // namespace tilmora

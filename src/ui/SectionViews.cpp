@@ -16,36 +16,25 @@ struct Page {
     const char* subtitle;
 };
 
-Page page(TilmoraSection section) {
-    switch (section) {
-    case TilmoraSection::arrange:
-        return {980, true, "Placement Canvas",
-                "Preview the target area before Tilmora places the active window."};
-    case TilmoraSection::windows:
-        return {980, false, "Open Windows",
-                "Select a target window, then apply a quick placement."};
-    case TilmoraSection::savedLayouts:
-        return {980, false, "Saved Workspaces",
-                "Save the current desktop arrangement and restore it later."};
-    case TilmoraSection::settings:
-        return {780, false, "Settings",
-                "Tune permissions, spacing, and keyboard control from one place."};
-    case TilmoraSection::guide:
-        return {780, false, "Start with the window you want to move.",
-                "Tilmora works best when you think of each display as a canvas. Pick the active "
-                "app, preview the space you want, then let Tilmora place it precisely."};
-    case TilmoraSection::about:
-        return {780, false, "Tilmora",
-                "A native Linux window manager for arranging apps across screens with precise "
-                "grids, canvas placement, and reusable layouts."};
-    }
-    return {780, false, "", ""};
-}
+// In the order of the sections.
+constexpr Page pages[] = {
+    {980, true, "Placement Canvas",
+     "Preview the target area before Tilmora places the active window."},
+    {980, false, "Open Windows", "Select a target window, then apply a quick placement."},
+    {980, false, "Saved Workspaces", "Save the current desktop arrangement and restore it later."},
+    {780, false, "Settings", "Tune permissions, spacing, and keyboard control from one place."},
+    {780, false, "Start with the window you want to move.",
+     "Tilmora works best when you think of each display as a canvas. Pick the active app, "
+     "preview the space you want, then let Tilmora place it precisely."},
+    {780, false, "Tilmora",
+     "A native Linux window manager for arranging apps across screens with precise grids, canvas "
+     "placement, and reusable layouts."},
+};
 
 } // namespace
 
 QWidget* make(TilmoraSection section, AppStore& store, QWidget* parent) {
-    const Page shown = page(section);
+    const Page& shown = pages[SectionInfo::index(section)];
     auto* view = new DetailScrollView(shown.maxWidth, 24, parent);
     view->setObjectName(QStringLiteral("section-") + SectionInfo::title(section).toLower());
     if (shown.showsPermissionBanner) {

@@ -19,11 +19,4 @@ SettingsWindow::SettingsWindow(AppStore& store, QWidget* parent)
     layout->addWidget(SectionViews::make(TilmoraSection::settings, store, this));
 }
 
-void SettingsWindow::present() {
-    show();
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    raise();
-    activateWindow();
-}
-
 } // namespace tilmora

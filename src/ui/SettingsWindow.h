@@ -14,9 +14,6 @@ public:
     static constexpr QSize minimumSize{680, 620};
 
     explicit SettingsWindow(AppStore& store, QWidget* parent = nullptr);
-
-    // Shows the window in front, also after it was closed.
-    void present();
 };
 
 } // namespace tilmora
