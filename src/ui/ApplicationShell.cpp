@@ -2,12 +2,14 @@
 
 #include "core/AppStore.h"
 #include "ui/AboutPanelPresenter.h"
+#include "ui/ApplicationIcon.h"
 #include "ui/BringToFront.h"
 #include "ui/MainWindow.h"
 #include "ui/SettingsWindow.h"
 #include "ui/TrayIcon.h"
 #include "ui/TrayMenu.h"
 
+#include <QApplication>
 #include <QCursor>
 
 namespace tilmora {
@@ -19,6 +21,9 @@ ApplicationShell::ApplicationShell(AppStore& store, QObject* parent)
 ApplicationShell::~ApplicationShell() = default;
 
 void ApplicationShell::launch() {
+    // Closing the last window leaves Tilmora running: its hot keys and tray stay live.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(ApplicationIcon::icon());
     build();
     showMainWindow();
     startStore();
