@@ -6,8 +6,8 @@ set -euo pipefail
 packages=(
   # build
   build-essential cmake ninja-build pkg-config
-  # Qt 6 (Core for the logic layers; Widgets and friends for the application)
-  qt6-base-dev qt6-base-dev-tools
+  # Qt 6 (Core for the logic layers; Widgets and friends for the application, Svg for its icon)
+  qt6-base-dev qt6-base-dev-tools qt6-svg-dev
   # tests and benchmarks
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   # formatting
