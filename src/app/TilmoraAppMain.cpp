@@ -1,34 +1,20 @@
-// tilmora-app, the Qt program behind `tilmora`. Without a command it becomes the instance of
-// this X display (or shows the running one's window); with one it hands the command to the
-// running instance, or runs it itself when none runs.
-#include "app/CommandLineRun.h"
-#include "app/InProcessCommand.h"
+// tilmora-app, the Qt program that the `tilmora` client becomes when no instance runs and no
+// command is given: the instance of this X display, or, when one already runs, a request to
+// show its main window. Given a command it behaves as tilmora-run.
+#include "app/CommandProcess.h"
 #include "app/TilmoraInstance.h"
-#include "cli/InstanceClient.h"
 
-#include <QCoreApplication>
-
-#include <string>
 #include <vector>
 
 using namespace tilmora;
 
 int main(int argc, char** argv) {
+    if (argc > 1) {
+        return CommandProcess::run(argc, argv);
+    }
     // Qt names the WM_CLASS instance of the windows after argv[0]: "tilmora", however this
-    // program was started.
+    // program was started (a relaunch starts it by its own path).
     std::vector<char*> qtArguments(argv, argv + argc + 1);
     qtArguments[0] = const_cast<char*>("tilmora");
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
-    if (arguments.empty()) {
-        return TilmoraInstance::run(argc, qtArguments.data());
-    }
-    if (const auto address = InstanceAddress::fromEnvironment()) {
-        if (const auto exitCode = InstanceClient::route(*address, arguments, {})) {
-            return *exitCode;
-        }
-    }
-    QCoreApplication application(argc, qtArguments.data());
-    QCoreApplication::setApplicationName(QStringLiteral("tilmora"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(TILMORA_VERSION));
-    return InstanceClient::print(runCommandLine(decodeArguments(arguments), runInProcess));
+    return TilmoraInstance::run(argc, qtArguments.data());
 }
