@@ -29,9 +29,7 @@ void send(QLocalSocket& socket, const std::string& frame) {
 } // namespace
 
 InstanceServer::InstanceServer(QObject* parent)
-    : QObject(parent) {
-    connect(&server_, &QLocalServer::newConnection, this, &InstanceServer::accept);
-}
+    : QObject(parent) {}
 
 InstanceServer::~InstanceServer() = default;
 
@@ -45,6 +43,13 @@ std::optional<std::string> InstanceServer::listen(const QString& path) {
             .toStdString();
     }
     return std::nullopt;
+}
+
+void InstanceServer::setHandler(Handler handler) {
+    handler_ = std::move(handler);
+    connect(&server_, &QLocalServer::newConnection, this, &InstanceServer::accept,
+            Qt::UniqueConnection);
+    accept();
 }
 
 void InstanceServer::accept() {

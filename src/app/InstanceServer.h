@@ -26,10 +26,10 @@ public:
     ~InstanceServer() override;
 
     // Replaces a socket left by a killed instance and listens at `path`; why it could not.
-    // Clients wait in the queue until the event loop runs: by then the handler is set and
-    // what it uses is built.
+    // Clients wait in the queue until there is a handler.
     std::optional<std::string> listen(const QString& path);
-    void setHandler(Handler handler) { handler_ = std::move(handler); }
+    // Takes clients from now on, the waiting ones first; set once what it uses is built.
+    void setHandler(Handler handler);
 
 private:
     void accept();
