@@ -7,7 +7,9 @@ set -euo pipefail
 build_dir=${1:-build}
 tilmora="$build_dir/bin/tilmora"
 screenshot="$build_dir/demo.png"
-[ -x "$tilmora" ] || { echo "demo: $tilmora is not built" >&2; exit 1; }
+for program in "$tilmora" "$build_dir/bin/tilmora-run"; do
+    [ -x "$program" ] || { echo "demo: $program is not built" >&2; exit 1; }
+done
 
 pids=()
 workdir=$(mktemp -d)
@@ -26,7 +28,8 @@ while [ -e "/tmp/.X11-unix/X$display" ] || [ -e "/tmp/.X$display-lock" ]; do
 done
 export DISPLAY=":$display"
 # Settings and saved layouts of the demo stay out of the user's own.
-export XDG_CONFIG_HOME="$workdir/config" HOME="$workdir"
+export XDG_CONFIG_HOME="$workdir/config" HOME="$workdir" XDG_RUNTIME_DIR="$workdir/runtime"
+mkdir -m 700 "$XDG_RUNTIME_DIR"
 
 wait_for() {
     local what=$1; shift
