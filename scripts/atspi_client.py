@@ -39,7 +39,8 @@ def find(root, role, name, timeout=10.0):
     deadline = time.monotonic() + timeout
     while True:
         for node in nodes(root):
-            if node.getRoleName() == role and node.name == name:
+            if (node.getRoleName() == role and node.name == name
+                    and node.getState().contains(pyatspi.STATE_SHOWING)):
                 return node
         if time.monotonic() > deadline:
             raise AccessibilityError(f"no {role} named {name!r}")

@@ -8,6 +8,7 @@ time-out, never fixed sleeps.
 """
 
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -27,6 +28,9 @@ OPENBOX_CONFIG = """<?xml version="1.0" encoding="UTF-8"?>
 # A 1440 x 900 primary monitor on the left and a 1920 x 1080 one on its right.
 TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "screen"),
                               ("Right", "1920/508x1080/286+1440+0", "none")])
+
+# A line of `xwininfo -tree`: ("instance" "Class")  22x22+0+0  +1417+1, the last pair absolute.
+TREE_LINE = re.compile(r'\("([^"]*)" "[^"]*"\)\s+(\d+)x(\d+)\S*\s+\+(-?\d+)\+(-?\d+)')
 
 
 class SessionError(RuntimeError):
@@ -109,20 +113,29 @@ class DesktopSession:
         shutil.rmtree(self.workdir, ignore_errors=True)
 
     def _kill(self, process):
-        if process.poll() is not None:
-            return
-        try:
-            os.killpg(process.pid, signal.SIGTERM)
-        except ProcessLookupError:
-            return
+        """Ends the process and the rest of its group (the bus's activated services, the
+        accessibility bus among them); SIGKILL for what outlives SIGTERM by 5 seconds."""
+        group = process.pid
+        self._signal_group(group, signal.SIGTERM)
         try:
             process.wait(timeout=5)
         except subprocess.TimeoutExpired:
-            try:
-                os.killpg(process.pid, signal.SIGKILL)
-            except ProcessLookupError:
-                pass
+            self._signal_group(group, signal.SIGKILL)
             process.wait()
+        try:
+            wait_for(f"process group {group} to end",
+                     lambda: not self._signal_group(group, 0), timeout=5)
+        except SessionError:
+            self._signal_group(group, signal.SIGKILL)
+
+    @staticmethod
+    def _signal_group(group, number):
+        """Whether the group still had a process to signal."""
+        try:
+            os.killpg(group, number)
+            return True
+        except ProcessLookupError:
+            return False
 
     # --- starting things
 
@@ -178,7 +191,8 @@ class DesktopSession:
         """A panel along the top of the primary monitor, reserving its strip with a strut."""
         fifo = os.path.join(self.workdir, "panel")
         os.mkfifo(fifo)
-        self.spawn(["sh", "-c", f'exec lemonbar -g 1440x24+0+0 -p -B "#2f3b35" -F "#d8e6dd" <"{fifo}"'])
+        self.spawn(["sh", "-c",
+                    f'exec lemonbar -g 1440x24+0+0 -p -B "#2f3b35" -F "#d8e6dd" <"{fifo}"'])
         self._panel_pipe = open(fifo, "w")
         self._panel_pipe.write("%{c}Tilmora demo\n")
         self._panel_pipe.flush()
@@ -187,7 +201,7 @@ class DesktopSession:
         """trayer: an XEmbed system tray at the top right of the desktop."""
         self.spawn(["trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
                     "--height", "24", "--SetDockType", "true", "--SetPartialStrut", "true",
-                    "--transparent", "false", "--tint", "0x2f3b35"])
+                    "--transparent", "true", "--alpha", "0", "--tint", "0x2f3b35"])
         wait_for("the tray host", lambda: self.run(
             ["xdotool", "search", "--classname", "trayer"]).stdout.strip())
 
@@ -221,7 +235,50 @@ class DesktopSession:
                 return tuple(int(v) for v in fields[2:6])
         return None
 
-    def screenshot(self, path):
+    def tray_icon(self, instance):
+        """The centre (x, y) of the icon that the client of this WM_CLASS instance embedded in
+        the tray host, or None while there is none."""
+        panel = self.window_of("panel")  # trayer's dock window
+        if not panel:
+            return None
+        for line in self.run(["xwininfo", "-tree", "-id", panel]).stdout.splitlines():
+            match = TREE_LINE.search(line)
+            if match and match.group(1) == instance:
+                width, height, x, y = (int(v) for v in match.groups()[1:])
+                return x + width // 2, y + height // 2
+        return None
+
+    def monitor_frames(self):
+        """(x, y, width, height) of each monitor, in the order they were set up."""
+        frames = []
+        for _, geometry, _ in self.monitors[1]:
+            size, x, y = geometry.split("+")
+            width, height = (int(part.split("/")[0]) for part in size.split("x"))
+            frames.append((int(x), int(y), width, height))
+        return frames
+
+    def capture(self, region=None):
+        """A PNG of the screen, or of `region` (x, y, width, height) of it."""
+        crop = []
+        if region:
+            x, y, width, height = region
+            crop = ["-crop", f"{width}x{height}+{x}+{y}", "+repage"]
+        result = subprocess.run(["import", "-window", "root", *crop, "png:-"], env=self.env,
+                                capture_output=True, timeout=30, check=True)
+        return result.stdout
+
+    def screenshot(self, path, region=None, settle=3.0):
+        """Writes a PNG once the screen holds still (two equal captures in a row), so a window
+        that is still repainting after a move is not caught half drawn; after `settle` seconds
+        of change it takes the last capture."""
         os.makedirs(os.path.dirname(os.path.abspath(path)), exist_ok=True)
-        self.run(["import", "-window", "root", path], check=True, timeout=30)
+        image = self.capture(region)
+        deadline = time.monotonic() + settle
+        while time.monotonic() < deadline:
+            again = self.capture(region)
+            if again == image:
+                break
+            image = again
+        with open(path, "wb") as file:
+            file.write(image)
         return path

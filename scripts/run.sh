@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # `make run`: with an X display, runs tilmora there; without one, shows it in a private X
-# session with a short demonstration.
+# session with a short narrated tour (scripts/demo.py).
 set -euo pipefail
 build_dir=${1:-build}
 app="$build_dir/bin/tilmora"
@@ -14,4 +14,5 @@ done
 if [ -n "${DISPLAY:-}" ]; then
     exec "$app" "${@:2}"
 fi
-exec "$(dirname "$0")/demo.sh" "$build_dir"
+# The system's Python: the accessibility client needs Debian's python3-pyatspi.
+exec /usr/bin/python3 "$(dirname "$0")/demo.py" "$build_dir"
