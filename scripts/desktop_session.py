@@ -7,6 +7,7 @@ is stopped again by process group, also when a step fails. Waits are for conditi
 time-out, never fixed sleeps.
 """
 
+import ctypes
 import os
 import re
 import shutil
@@ -25,6 +26,8 @@ OPENBOX_CONFIG = """<?xml version="1.0" encoding="UTF-8"?>
 </openbox_config>
 """
 
+PR_SET_PDEATHSIG = 1
+
 # A 1440 x 900 primary monitor on the left and a 1920 x 1080 one on its right.
 TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "screen"),
                               ("Right", "1920/508x1080/286+1440+0", "none")])
@@ -35,6 +38,21 @@ TREE_LINE = re.compile(r'\("([^"]*)" "[^"]*"\)\s+(\d+)x(\d+)\S*\s+\+(-?\d+)\+(-?
 
 class SessionError(RuntimeError):
     pass
+
+
+def _die_with_parent():
+    """A function for the child, between fork and exec, that has the kernel send it SIGTERM when
+    this process dies. The clean-up in stop() does not run when Python aborts (pyatspi aborts
+    without an accessibility bus) or is killed, and the session must not outlive it then."""
+    parent = os.getpid()
+    libc = ctypes.CDLL(None, use_errno=True)
+
+    def arrange():
+        libc.prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
+        if os.getppid() != parent:  # died before the request was in place
+            os._exit(1)
+
+    return arrange
 
 
 def wait_for(what, condition, timeout=15.0, interval=0.05):
@@ -143,7 +161,8 @@ class DesktopSession:
               **kwargs):
         """Starts a process in a process group of its own, stopped with the session."""
         process = subprocess.Popen(arguments, env=env or self.env, stdout=stdout, stderr=stderr,
-                                   stdin=subprocess.DEVNULL, start_new_session=True, **kwargs)
+                                   stdin=subprocess.DEVNULL, start_new_session=True,
+                                   preexec_fn=_die_with_parent(), **kwargs)
         self.processes.append(process)
         return process
 
