@@ -7,6 +7,7 @@ is stopped again by process group, also when a step fails. Waits are for conditi
 time-out, never fixed sleeps.
 """
 
+import ctypes
 import os
 import shutil
 import signal
@@ -27,6 +28,15 @@ OPENBOX_CONFIG = """<?xml version="1.0" encoding="UTF-8"?>
 # A 1440 x 900 primary monitor on the left and a 1920 x 1080 one on its right.
 TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "screen"),
                               ("Right", "1920/508x1080/286+1440+0", "none")])
+
+
+_libc = ctypes.CDLL(None, use_errno=True)
+_PR_SET_PDEATHSIG = 1
+
+
+def _end_with_parent():
+    """Runs in the child: it gets SIGTERM when the session's process dies, even by a crash."""
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM)
 
 
 class SessionError(RuntimeError):
@@ -90,6 +100,9 @@ class DesktopSession:
             self.env.pop(name, None)
         self._start_server()
         self._start_bus()
+        # This process talks to the session too (AT-SPI, the tray's D-Bus protocol, X tools).
+        for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
+            os.environ[name] = self.env[name]
         self._start_window_manager()
         if self.panel:
             self._start_panel()
@@ -105,6 +118,9 @@ class DesktopSession:
             self._panel_pipe = None
         for process in reversed(self.processes):
             self._kill(process)
+            for pipe in (process.stdout, process.stderr):
+                if pipe is not None:
+                    pipe.close()
         self.processes = []
         shutil.rmtree(self.workdir, ignore_errors=True)
 
@@ -130,7 +146,8 @@ class DesktopSession:
               **kwargs):
         """Starts a process in a process group of its own, stopped with the session."""
         process = subprocess.Popen(arguments, env=env or self.env, stdout=stdout, stderr=stderr,
-                                   stdin=subprocess.DEVNULL, start_new_session=True, **kwargs)
+                                   stdin=subprocess.DEVNULL, start_new_session=True,
+                                   preexec_fn=_end_with_parent, **kwargs)
         self.processes.append(process)
         return process
 

@@ -68,7 +68,7 @@ class Application(unittest.TestCase):
     def test_sections_and_toolbar_through_accessibility(self):
         import atspi_client as atspi
 
-        app = atspi.application("tilmora")
+        app = atspi.application("Tilmora")
         self.assertEqual(atspi.frame_title(app), "Arrange")
         for row, title in [("Settings", "Settings"), ("Saved", "Saved"), ("Arrange", "Arrange")]:
             atspi.act(atspi.find(app, "list item", row))
@@ -98,7 +98,7 @@ class Application(unittest.TestCase):
         self.session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
         menu.click("Left Half")
         wait_for("the terminal on the left half", lambda: self.outer_frame("Notes") ==
-                 "0,0,720,900")
+                 "0, 0  720 x 900")
 
     def outer_frame(self, title):
         for line in self.tilmora("windows").stdout.splitlines():
@@ -111,7 +111,7 @@ class Application(unittest.TestCase):
 
     def test_second_launch_brings_the_closed_window_back(self):
         window = self.main_window_visible().split()[0]
-        self.session.run(["xdotool", "windowclose", window])
+        self.session.run(["wmctrl", "-i", "-c", window])
         wait_for("the main window to close", lambda: not self.main_window_visible())
         self.assertIsNone(self.instance.poll(), "closing the main window quit Tilmora")
         self.assertEqual(self.tilmora().returncode, 0)
