@@ -107,7 +107,7 @@ class DesktopSession:
         if self.panel:
             self._start_panel()
         if self.tray_host:
-            self._start_tray_host()
+            self.start_tray_host()
 
     def stop(self):
         if self._panel_pipe is not None:
@@ -200,7 +200,7 @@ class DesktopSession:
         self._panel_pipe.write("%{c}Tilmora demo\n")
         self._panel_pipe.flush()
 
-    def _start_tray_host(self):
+    def start_tray_host(self):
         """trayer: an XEmbed system tray at the top right of the desktop."""
         self.spawn(["trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
                     "--height", "24", "--SetDockType", "true", "--SetPartialStrut", "true",

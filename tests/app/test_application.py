@@ -124,6 +124,38 @@ class Application(unittest.TestCase):
         self.session.run(["xdotool", "key", "Escape"])
 
 
+def embedded_in_tray(session):
+    """Whether a window of Tilmora's sits inside trayer's panel window (XEmbed)."""
+    lines = session.run(["xwininfo", "-root", "-tree"]).stdout.splitlines()
+    for index, line in enumerate(lines):
+        if '("panel" "trayer")' in line:
+            depth = len(line) - len(line.lstrip())
+            for below in lines[index + 1:]:
+                if below.strip() and len(below) - len(below.lstrip()) <= depth:
+                    break
+                if '("tilmora" "Tilmora")' in below:
+                    return True
+    return False
+
+
+class WithoutTrayHost(unittest.TestCase):
+    """A bare window manager without a tray: the instance keeps running with its hot keys and its
+    window, and a tray host that starts later (autostart races) still gets the icon."""
+
+    def test_late_tray_host_gets_the_icon(self):
+        with DesktopSession() as session:
+            log = open(os.path.join(ARTIFACTS, "application-late-tray.log"), "w")
+            instance = session.spawn([TILMORA], stdout=log, stderr=log)
+            wait_for("the main window", lambda: session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip())
+            self.assertFalse(embedded_in_tray(session))
+            session.start_tray_host()
+            wait_for("the icon in the late tray", lambda: embedded_in_tray(session), timeout=15)
+            self.assertIsNone(instance.poll())
+            session.screenshot(os.path.join(ARTIFACTS, "late-tray-host.png"))
+            log.close()
+
+
 def main():
     global TILMORA, ARTIFACTS
     parser = argparse.ArgumentParser()
