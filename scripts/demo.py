@@ -211,9 +211,6 @@ def main():
         signal.signal(number, interrupt)
     try:
         with DesktopSession(panel=True, tray_host=True) as session:
-            # The accessibility client talks over the session's own bus.
-            os.environ["DBUS_SESSION_BUS_ADDRESS"] = session.env["DBUS_SESSION_BUS_ADDRESS"]
-            os.environ["DISPLAY"] = session.display
             try:
                 tour(session, tilmora, output)
             except Exception:

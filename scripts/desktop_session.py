@@ -26,8 +26,6 @@ OPENBOX_CONFIG = """<?xml version="1.0" encoding="UTF-8"?>
 </openbox_config>
 """
 
-PR_SET_PDEATHSIG = 1
-
 # A 1440 x 900 primary monitor on the left and a 1920 x 1080 one on its right.
 TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "screen"),
                               ("Right", "1920/508x1080/286+1440+0", "none")])
@@ -36,23 +34,17 @@ TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "screen"),
 TREE_LINE = re.compile(r'\("([^"]*)" "[^"]*"\)\s+(\d+)x(\d+)\S*\s+\+(-?\d+)\+(-?\d+)')
 
 
+_libc = ctypes.CDLL(None, use_errno=True)
+_PR_SET_PDEATHSIG = 1
+
+
+def _end_with_parent():
+    """Runs in the child: it gets SIGTERM when the session's process dies, even by a crash."""
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM)
+
+
 class SessionError(RuntimeError):
     pass
-
-
-def _die_with_parent():
-    """A function for the child, between fork and exec, that has the kernel send it SIGTERM when
-    this process dies. The clean-up in stop() does not run when Python aborts (pyatspi aborts
-    without an accessibility bus) or is killed, and the session must not outlive it then."""
-    parent = os.getpid()
-    libc = ctypes.CDLL(None, use_errno=True)
-
-    def arrange():
-        libc.prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
-        if os.getppid() != parent:  # died before the request was in place
-            os._exit(1)
-
-    return arrange
 
 
 def wait_for(what, condition, timeout=15.0, interval=0.05):
@@ -112,11 +104,14 @@ class DesktopSession:
             self.env.pop(name, None)
         self._start_server()
         self._start_bus()
+        # This process talks to the session too (AT-SPI, the tray's D-Bus protocol, X tools).
+        for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
+            os.environ[name] = self.env[name]
         self._start_window_manager()
         if self.panel:
             self._start_panel()
         if self.tray_host:
-            self._start_tray_host()
+            self.start_tray_host()
 
     def stop(self):
         if self._panel_pipe is not None:
@@ -127,6 +122,9 @@ class DesktopSession:
             self._panel_pipe = None
         for process in reversed(self.processes):
             self._kill(process)
+            for pipe in (process.stdout, process.stderr):
+                if pipe is not None:
+                    pipe.close()
         self.processes = []
         shutil.rmtree(self.workdir, ignore_errors=True)
 
@@ -162,7 +160,7 @@ class DesktopSession:
         """Starts a process in a process group of its own, stopped with the session."""
         process = subprocess.Popen(arguments, env=env or self.env, stdout=stdout, stderr=stderr,
                                    stdin=subprocess.DEVNULL, start_new_session=True,
-                                   preexec_fn=_die_with_parent(), **kwargs)
+                                   preexec_fn=_end_with_parent, **kwargs)
         self.processes.append(process)
         return process
 
@@ -216,7 +214,7 @@ class DesktopSession:
         self._panel_pipe.write("%{c}Tilmora demo\n")
         self._panel_pipe.flush()
 
-    def _start_tray_host(self):
+    def start_tray_host(self):
         """trayer: an XEmbed system tray at the top right of the desktop."""
         self.spawn(["trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
                     "--height", "24", "--SetDockType", "true", "--SetPartialStrut", "true",

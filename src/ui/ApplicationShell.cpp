@@ -26,7 +26,6 @@ void ApplicationShell::launch() {
     QApplication::setWindowIcon(ApplicationIcon::icon());
     build();
     showMainWindow();
-    startStore();
 }
 
 void ApplicationShell::build() {
@@ -34,7 +33,10 @@ void ApplicationShell::build() {
         return;
     }
     mainWindow_ = std::make_unique<MainWindow>(store_);
-    connect(mainWindow_.get(), &MainWindow::shown, this, &ApplicationShell::startStore);
+    // Queued: the first refresh and the hot key grabs come after the window is on its way to
+    // the screen, not before it.
+    connect(mainWindow_.get(), &MainWindow::shown, this, &ApplicationShell::startStore,
+            Qt::QueuedConnection);
     connect(mainWindow_.get(), &MainWindow::aboutRequested, this, &ApplicationShell::showAbout);
     connect(mainWindow_.get(), &MainWindow::settingsRequested, this,
             &ApplicationShell::showSettings);

@@ -68,7 +68,7 @@ class Application(unittest.TestCase):
     def test_sections_and_toolbar_through_accessibility(self):
         import atspi_client as atspi
 
-        app = atspi.application("tilmora")
+        app = atspi.application("Tilmora")
         self.assertEqual(atspi.frame_title(app), "Arrange")
         for row, title in [("Settings", "Settings"), ("Saved", "Saved"), ("Arrange", "Arrange")]:
             atspi.act(atspi.find(app, "list item", row))
@@ -98,7 +98,7 @@ class Application(unittest.TestCase):
         self.session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
         menu.click("Left Half")
         wait_for("the terminal on the left half", lambda: self.outer_frame("Notes") ==
-                 "0,0,720,900")
+                 "0, 0  720 x 900")
 
     def outer_frame(self, title):
         for line in self.tilmora("windows").stdout.splitlines():
@@ -111,7 +111,7 @@ class Application(unittest.TestCase):
 
     def test_second_launch_brings_the_closed_window_back(self):
         window = self.main_window_visible().split()[0]
-        self.session.run(["xdotool", "windowclose", window])
+        self.session.run(["wmctrl", "-i", "-c", window])
         wait_for("the main window to close", lambda: not self.main_window_visible())
         self.assertIsNone(self.instance.poll(), "closing the main window quit Tilmora")
         self.assertEqual(self.tilmora().returncode, 0)
@@ -122,6 +122,24 @@ class Application(unittest.TestCase):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.screenshot("tray-menu")
         self.session.run(["xdotool", "key", "Escape"])
+
+
+class WithoutTrayHost(unittest.TestCase):
+    """A bare window manager without a tray: the instance keeps running with its hot keys and its
+    window, and a tray host that starts later (autostart races) still gets the icon."""
+
+    def test_late_tray_host_gets_the_icon(self):
+        with DesktopSession() as session:
+            log = open(os.path.join(ARTIFACTS, "application-late-tray.log"), "w")
+            instance = session.spawn([TILMORA], stdout=log, stderr=log)
+            wait_for("the main window", lambda: session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip())
+            self.assertIsNone(session.tray_icon("tilmora"))
+            session.start_tray_host()
+            wait_for("the icon in the late tray", lambda: session.tray_icon("tilmora"), timeout=15)
+            self.assertIsNone(instance.poll())
+            session.screenshot(os.path.join(ARTIFACTS, "late-tray-host.png"))
+            log.close()
 
 
 def main():
