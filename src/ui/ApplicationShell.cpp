@@ -16,7 +16,9 @@ namespace tilmora {
 
 ApplicationShell::ApplicationShell(AppStore& store, QObject* parent)
     : QObject(parent)
-    , store_(store) {}
+    , store_(store) {
+    QCoreApplication::installTranslator(&keyNames_);
+}
 
 ApplicationShell::~ApplicationShell() = default;
 

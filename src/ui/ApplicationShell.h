@@ -3,6 +3,8 @@
 // shown.
 #pragma once
 
+#include "ui/KeyNameTranslator.h"
+
 #include <QObject>
 
 #include <memory>
@@ -44,6 +46,7 @@ private:
     void showAbout();
 
     AppStore& store_;
+    KeyNameTranslator keyNames_;
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<TrayMenu> trayMenu_;
     std::unique_ptr<TrayIcon> trayIcon_;
