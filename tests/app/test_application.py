@@ -30,7 +30,7 @@ QUICK_LAYOUTS = ["Left Half", "Right Half", "Top Half", "Bottom Half", "Maximize
 class Application(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.session = DesktopSession(panel=True).__enter__()
+        cls.session = DesktopSession().__enter__()
         try:
             env = cls.session.env
             # The panel side of the tray: a StatusNotifierWatcher with a host, before Tilmora.
@@ -98,7 +98,7 @@ class Application(unittest.TestCase):
         self.session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
         menu.click("Left Half")
         wait_for("the terminal on the left half", lambda: self.outer_frame("Notes") ==
-                 "0, 24  720 x 876")
+                 "0, 0  720 x 900")
 
     def outer_frame(self, title):
         for line in self.tilmora("windows").stdout.splitlines():
