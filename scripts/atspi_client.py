@@ -63,3 +63,32 @@ def frame_title(app):
         if child is not None and child.getRoleName() == "frame":
             return child.name
     return None
+
+
+def announced_focus(drive, settle=1.0, timeout=10.0):
+    """(role, name) of every accessible that takes the focus while `drive()` runs: what a screen
+    reader announces. Menus that pop up are not in the application's tree; they are heard
+    through these events."""
+    from gi.repository import GLib
+
+    heard = []
+
+    def on_focus(event):
+        if event.detail1 and event.source is not None:
+            heard.append((event.source.getRoleName(), event.source.name))
+
+    def run_then_stop():
+        try:
+            drive()
+        finally:
+            GLib.timeout_add(int(settle * 1000), lambda: pyatspi.Registry.stop() or False)
+        return False
+
+    pyatspi.Registry.registerEventListener(on_focus, "object:state-changed:focused")
+    GLib.idle_add(run_then_stop)
+    GLib.timeout_add(int(timeout * 1000), lambda: pyatspi.Registry.stop() or False)
+    try:
+        pyatspi.Registry.start()
+    finally:
+        pyatspi.Registry.deregisterEventListener(on_focus, "object:state-changed:focused")
+    return heard

@@ -117,11 +117,23 @@ class Application(unittest.TestCase):
         self.assertEqual(self.tilmora().returncode, 0)
         wait_for("the main window back", self.main_window_visible)
 
-    def test_menu_command_pops_the_tray_menu(self):
-        result = self.tilmora("menu")
-        self.assertEqual(result.returncode, 0, result.stderr)
+    def test_menu_command_pops_the_tray_menu_and_a_screen_reader_hears_its_entries(self):
+        import atspi_client as atspi
+
+        atspi.application("Tilmora")
+
+        def open_and_walk_the_menu():
+            result = self.tilmora("menu")
+            self.assertEqual(result.returncode, 0, result.stderr)
+            for _ in range(3):
+                self.session.run(["xdotool", "key", "Down"])
+
+        heard = atspi.announced_focus(open_and_walk_the_menu)
         self.screenshot("tray-menu")
         self.session.run(["xdotool", "key", "Escape"])
+        items = [name for role, name in heard if role == "menu item"]
+        # Each Down moves to the next entry; the separator is skipped.
+        self.assertEqual(items, ["Open Tilmora", "Placement Canvas (⌃⌥Space)", "Left Half"], heard)
 
 
 class WithoutTrayHost(unittest.TestCase):
