@@ -67,6 +67,9 @@ X11TestDesktop::X11TestDesktop(const Options& options)
             return;
         }
     }
+    if (options.xftDpi > 0) {
+        setXftDpi(options.xftDpi);
+    }
     ready_ = startWindowManager(options.windowManager);
 }
 
@@ -317,6 +320,25 @@ X11TestDesktop::clientGeometry(xcb_window_t window) const {
     return result;
 }
 
+std::optional<std::array<std::int32_t, 4>> X11TestDesktop::outerFrame(xcb_window_t window) const {
+    const auto client = clientGeometry(window);
+    if (!client) {
+        return std::nullopt;
+    }
+    auto frame = cardinals(window, "_NET_FRAME_EXTENTS");
+    auto shadow = cardinals(window, "_GTK_FRAME_EXTENTS");
+    frame.resize(4, 0);
+    shadow.resize(4, 0);
+    // Left, right, top, bottom: what the frame adds less what the shadow takes away.
+    std::array<std::int32_t, 4> side{};
+    for (std::size_t i = 0; i < 4; ++i) {
+        side[i] = static_cast<std::int32_t>(frame[i]) - static_cast<std::int32_t>(shadow[i]);
+    }
+    const auto& c = *client;
+    return std::array<std::int32_t, 4>{c[0] - side[0], c[1] - side[2], c[2] + side[0] + side[1],
+                                       c[3] + side[2] + side[3]};
+}
+
 bool X11TestDesktop::waitUntil(const std::function<bool()>& condition,
                                std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
@@ -409,6 +431,15 @@ std::optional<int> X11TestDesktop::runTool(std::vector<std::string> arguments) {
 
 bool X11TestDesktop::setMonitor(const Monitor& monitor) {
     return runTool({"xrandr", "--setmonitor", monitor.name, monitor.geometry, monitor.output}) == 0;
+}
+
+void X11TestDesktop::setXftDpi(int dpi) {
+    const std::string resources = "Xft.dpi:\t" + std::to_string(dpi) + "\n";
+    xcb_change_property(observer_, XCB_PROP_MODE_REPLACE, root(), XCB_ATOM_RESOURCE_MANAGER,
+                        XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(resources.size()),
+                        resources.data());
+    // Done once the server has answered a request sent after it.
+    std::free(xcb_get_input_focus_reply(observer_, xcb_get_input_focus(observer_), nullptr));
 }
 
 bool X11TestDesktop::deleteMonitor(const std::string& name) {

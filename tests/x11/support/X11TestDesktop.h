@@ -36,6 +36,8 @@ public:
         WindowManager windowManager = WindowManager::openbox;
         std::string screenSize = "3360x1080";
         std::vector<Monitor> monitors;
+        // The desktop's Xft.dpi, set before the manager starts; 0 leaves it unset (96).
+        int xftDpi = 0;
     };
 
     struct Client {
@@ -72,6 +74,8 @@ public:
     bool restart();
 
     bool setMonitor(const Monitor& monitor);
+    // Replaces the root's RESOURCE_MANAGER with one line, "Xft.dpi: <dpi>", as xrdb would.
+    void setXftDpi(int dpi);
     bool deleteMonitor(const std::string& name);
     // Runs an X command-line tool against this display; its exit status.
     std::optional<int> runTool(std::vector<std::string> arguments);
@@ -88,6 +92,9 @@ public:
     std::vector<std::uint32_t> cardinals(xcb_window_t window, const char* property) const;
     // The client area of a window in root coordinates.
     std::optional<std::array<std::int32_t, 4>> clientGeometry(xcb_window_t window) const;
+    // The outer visible frame: the client area grown by _NET_FRAME_EXTENTS and shrunk by
+    // _GTK_FRAME_EXTENTS, as this connection sees them on the server.
+    std::optional<std::array<std::int32_t, 4>> outerFrame(xcb_window_t window) const;
 
     // Points the process's XDG data directories at `directory` (desktop entries for tests).
     static void useDataDirectory(const std::string& directory);
