@@ -83,15 +83,5 @@ TEST(X11HiDpi, PointsAreDevicePixelsOverTheDesktopsScale) {
     EXPECT_TRUE(clickReportsAt({1001, 601}));
 }
 
-// Qt's xcb platform rounds Xft.dpi to a whole number and never scales below 1.
-TEST(X11HiDpi, ScaleFollowsQtsReadingOfXftDpi) {
-    const std::pair<std::optional<double>, double> rows[] = {
-        {std::nullopt, 1.0}, {96, 1.0}, {192, 2.0},      {144, 1.5},
-        {120, 1.25},         {72, 1.0}, {150.4, 1.5625}, {150.6, 151.0 / 96}};
-    for (const auto& [dpi, scale] : rows) {
-        EXPECT_EQ(X11PointSpace::scaleForDpi(dpi), scale) << dpi.value_or(0);
-    }
-}
-
 } // namespace
 } // namespace tilmora
