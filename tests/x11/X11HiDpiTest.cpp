@@ -22,11 +22,7 @@ TEST(X11HiDpi, PointsAreDevicePixelsOverTheDesktopsScale) {
          {{"*L", "3840/1016x2160/571+0+0", "screen"}, {"R", "1920/508x1080/286+3840+0"}},
          192});
     ASSERT_TRUE(desktop.isReady());
-    ASSERT_FALSE(
-        desktop
-            .startTestClient({"--type", "DOCK", "--strut", "0,0,60,0,0,0,0,0,3840,5759,0,0",
-                              "--geometry", "1920x60+3840+0", "--title", "Panel"})
-            .windows.empty());
+    ASSERT_TRUE(desktop.startPanel("0,0,60,0,0,0,0,0,3840,5759,0,0", "1920x60+3840+0"));
     const auto client = desktop.startTestClient({"--geometry", "400x300+200+200"});
     ASSERT_EQ(client.windows.size(), 1U);
     const xcb_window_t window = client.windows.front();

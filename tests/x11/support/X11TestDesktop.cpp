@@ -153,17 +153,58 @@ bool X11TestDesktop::startServer(const std::string& screenSize, const std::strin
     return true;
 }
 
-bool X11TestDesktop::startWindowManager(WindowManager manager) {
+bool X11TestDesktop::replaceWindowManager(WindowManager manager) {
+    const std::vector<xcb_window_t> clients = clientList();
+    X11TestProcess previous = std::move(windowManager_);
+    options_.windowManager = manager;
+    if (!startWindowManager(manager, true) ||
+        // The previous manager exits once it has given every window back.
+        !waitUntil([&] { return !previous.isRunning(); })) {
+        return false;
+    }
+    return waitUntil([&] {
+        const std::vector<xcb_window_t> listed = clientList();
+        return std::all_of(clients.begin(), clients.end(), [&](xcb_window_t window) {
+            return std::find(listed.begin(), listed.end(), window) != listed.end() &&
+                   !cardinals(window, "_NET_FRAME_EXTENTS").empty();
+        });
+    });
+}
+
+bool X11TestDesktop::killWindowManager() {
+    const auto check = windowManagerCheck();
+    if (!check) {
+        return false;
+    }
+    xcb_kill_client(observer_, *check);
+    xcb_flush(observer_);
+    return waitUntil([&] { return !windowManagerCheck(); });
+}
+
+std::optional<xcb_window_t> X11TestDesktop::windowManagerCheck() const {
+    const auto check = cardinals(root(), "_NET_SUPPORTING_WM_CHECK");
+    if (check.empty() || cardinals(check.front(), "_NET_SUPPORTING_WM_CHECK") != check ||
+        cardinals(root(), "_NET_SUPPORTED").empty()) {
+        return std::nullopt;
+    }
+    return check.front();
+}
+
+bool X11TestDesktop::startWindowManager(WindowManager manager, bool replacing) {
     if (manager == WindowManager::none) {
         return true;
     }
+    const std::optional<xcb_window_t> previousCheck = windowManagerCheck();
     X11TestProcess::Options options;
     const std::string home = scratch_.path().toStdString();
     options.environment = {{"DISPLAY", display_},
                            {"HOME", home},
                            {"XDG_CONFIG_HOME", home + "/config"},
                            {"XDG_CACHE_HOME", home + "/cache"}};
-    options.outputFile = scratch_.filePath(QStringLiteral("wm.log")).toStdString();
+    // One log per manager started, so that a replacement keeps what the previous one wrote.
+    static int started = 0;
+    options.outputFile =
+        scratch_.filePath(QStringLiteral("wm-%1.log").arg(++started)).toStdString();
     if (manager == WindowManager::openboxDefaults) {
         // Without --config-file and with an empty XDG_CONFIG_HOME, openbox reads the file it
         // ships with from the system configuration directories.
@@ -196,8 +237,14 @@ bool X11TestDesktop::startWindowManager(WindowManager manager) {
         options.environment["ICEWM_PRIVCFG"] = directory.toStdString();
         options.arguments = {"icewm"};
     }
+    if (replacing) {
+        options.arguments.push_back("--replace");
+    }
     windowManager_ = X11TestProcess(options);
-    if (!waitUntil([this] { return hasWindowManager(); })) {
+    if (!waitUntil([&] {
+            const auto check = windowManagerCheck();
+            return check && check != previousCheck;
+        })) {
         return false;
     }
     // A manager announces itself before its event loop runs, and a window mapped in between
@@ -269,12 +316,6 @@ std::vector<std::uint32_t> X11TestDesktop::cardinals(xcb_window_t window,
     }
     std::free(reply);
     return result;
-}
-
-bool X11TestDesktop::hasWindowManager() const {
-    const auto check = cardinals(root(), "_NET_SUPPORTING_WM_CHECK");
-    return !check.empty() && cardinals(check.front(), "_NET_SUPPORTING_WM_CHECK") == check &&
-           !cardinals(root(), "_NET_SUPPORTED").empty();
 }
 
 std::vector<xcb_window_t> X11TestDesktop::clientList() const {
@@ -399,6 +440,12 @@ X11TestDesktop::Client X11TestDesktop::startTestClient(const std::vector<std::st
     options.arguments = {testClientPath(), "--windows", std::to_string(windowCount)};
     options.arguments.insert(options.arguments.end(), arguments.begin(), arguments.end());
     return startManagedClient(options, windowCount);
+}
+
+bool X11TestDesktop::startPanel(const std::string& strut, const std::string& geometry) {
+    return !startTestClient(
+                {"--type", "DOCK", "--strut", strut, "--geometry", geometry, "--title", "Panel"})
+                .windows.empty();
 }
 
 X11TestDesktop::Client X11TestDesktop::startXterm(const std::vector<std::string>& arguments) {
