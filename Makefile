@@ -34,7 +34,9 @@ test-sanitize: bootstrap
 bench: build
 	@scripts/run-benchmarks.sh $(BUILD_DIR)
 
-run: build
+# Only the application (the client and the two programs it becomes), not the tests.
+run: configure
+	@cmake --build $(BUILD_DIR) --parallel $(JOBS) --target tilmora
 	@scripts/run.sh $(BUILD_DIR)
 
 format:

@@ -19,14 +19,18 @@ function(tilmora_library name)
     target_link_libraries(${name} PUBLIC ${ARG_LINKS})
 endfunction()
 
-# tilmora_test(<name> LABEL <label> SOURCES ... LINKS ...): one GoogleTest executable whose
-# cases ctest lists one by one.
+# tilmora_test(<name> LABEL <label> SOURCES ... LINKS ... [ENVIRONMENT VAR=value ...]): one
+# GoogleTest executable whose cases ctest lists one by one, each run with the environment given.
 function(tilmora_test name)
-    cmake_parse_arguments(ARG "" "LABEL" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "" "LABEL" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     # Every test prints QStrings as text in its failure messages.
     target_compile_options(${name} PRIVATE ${TILMORA_WARNINGS} -include
                                            ${PROJECT_SOURCE_DIR}/tests/support/QStringPrinting.h)
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock GTest::gtest_main)
-    gtest_discover_tests(${name} NO_PRETTY_VALUES PROPERTIES LABELS ${ARG_LABEL} DISCOVERY_TIMEOUT 60)
+    set(properties LABELS ${ARG_LABEL})
+    if(ARG_ENVIRONMENT)
+        list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
+    endif()
+    gtest_discover_tests(${name} NO_PRETTY_VALUES PROPERTIES ${properties} DISCOVERY_TIMEOUT 60)
 endfunction()

@@ -6,8 +6,8 @@ set -euo pipefail
 packages=(
   # build
   build-essential cmake ninja-build pkg-config
-  # Qt 6 (Core for the logic layers; Widgets and friends for the application)
-  qt6-base-dev qt6-base-dev-tools
+  # Qt 6 (Core for the logic layers; Widgets and friends for the application, Svg for its icon)
+  qt6-base-dev qt6-base-dev-tools qt6-svg-dev
   # tests and benchmarks
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   # formatting
@@ -17,8 +17,9 @@ packages=(
   libxcb-res0-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-keysyms1-dev
   # X11 tests: servers, window managers, clients and command-line tools
   xvfb openbox icewm fluxbox xfwm4 xfconf dbus-daemon xterm x11-xserver-utils x11-utils x11-xkb-utils xdotool wmctrl
-  # `make run` without a display: a panel for the demo session and its screenshot
-  lemonbar imagemagick
+  # `make run` without a display: a panel and a tray for the demo session, its screenshots, and
+  # the accessibility client that drives the application in the demo and the end-to-end tests
+  lemonbar trayer imagemagick python3-pyatspi
 )
 
 missing=()

@@ -45,6 +45,7 @@ CommandLine CommandLine::parse(const QStringList& arguments) {
 QString commandLineUsage() {
     return QStringLiteral(
         "usage: tilmora [--window <id>] [--json] <command> [<arguments>]\n"
+        "       tilmora                      start Tilmora, or show its window when it runs\n"
         "\n"
         "commands:\n"
         "  displays                          list the displays (number, id, name, frame,\n"
@@ -62,6 +63,8 @@ QString commandLineUsage() {
         "  layouts                           list the saved arrangements\n"
         "  restore <name>                    restore the newest arrangement of that name\n"
         "  delete <name>                     delete the newest arrangement of that name\n"
+        "  menu                              pop up Tilmora's menu at the pointer (needs\n"
+        "                                    the running Tilmora)\n"
         "\n"
         "options:\n"
         "  --window <id>   act on this window (an id from 'tilmora windows') instead of the\n"

@@ -61,6 +61,15 @@ int CommandRunner::run(const CommandLine& line) {
         return usage(QStringLiteral("--json goes with displays, windows and layouts"));
     }
 
+    if (command == QLatin1String("menu") && noArguments()) {
+        if (!popUpMenu_) {
+            return fail(QStringLiteral("menu opens the menu of the running Tilmora, and none "
+                                       "runs on this display: start it with 'tilmora'"));
+        }
+        popUpMenu_();
+        return success;
+    }
+
     // What the running application would have seen: displays, profiles, windows.
     store_.refresh();
     if (line.windowID) {
@@ -99,7 +108,7 @@ int CommandRunner::run(const CommandLine& line) {
     if (command == QLatin1String("restore") || command == QLatin1String("delete")) {
         return restoreOrDelete(command, arguments);
     }
-    if (listing || command == QLatin1String("next-display")) {
+    if (listing || command == QLatin1String("next-display") || command == QLatin1String("menu")) {
         return usage(QStringLiteral("%1 takes no arguments").arg(command));
     }
     return usage(QStringLiteral("unknown command %1").arg(command));

@@ -8,6 +8,8 @@
 
 #include <QTextStream>
 
+#include <functional>
+
 namespace tilmora {
 
 class CommandRunner {
@@ -19,6 +21,10 @@ public:
     CommandRunner(AppStore& store, QTextStream& out, QTextStream& err);
 
     int run(const CommandLine& line);
+
+    // How `menu` pops up the tray menu at the pointer. Only a running instance has a menu;
+    // without one `menu` fails.
+    void setMenuPopUp(std::function<void()> popUp) { popUpMenu_ = std::move(popUp); }
 
 private:
     int usage(const QString& problem);
@@ -38,6 +44,7 @@ private:
     AppStore& store_;
     QTextStream& out_;
     QTextStream& err_;
+    std::function<void()> popUpMenu_;
 };
 
 } // namespace tilmora

@@ -4,24 +4,19 @@
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11WindowSystem.h"
 #include "windows/WindowManager.h"
+#include "x11/support/TilmoraSession.h"
 #include "x11/support/X11TestDesktop.h"
 
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace tilmora {
 namespace {
 
+using test::TilmoraSession;
 using test::X11TestDesktop;
-
-struct Outcome {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Outcome = test::TilmoraRun;
 
 class TilmoraCommandLine : public testing::Test {
 protected:
@@ -31,27 +26,13 @@ protected:
             "3360x1080",
             {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}}});
         ASSERT_TRUE(desktop_->isReady());
-        ASSERT_TRUE(config_.isValid());
+        ASSERT_TRUE(session_.isValid());
     }
 
     Outcome tilmora(const QStringList& arguments, bool withDisplay = true) {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), config_.path());
-        if (withDisplay) {
-            environment.insert(QStringLiteral("DISPLAY"),
-                               QString::fromStdString(desktop_->display()));
-        } else {
-            environment.remove(QStringLiteral("DISPLAY"));
-        }
-        process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(TILMORA_EXECUTABLE), arguments);
-        if (!process.waitForFinished(20000)) {
-            process.kill();
-            return {};
-        }
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
+        session_.display = desktop_->display();
+        return session_.run(arguments, withDisplay ? TilmoraSession::Environment{}
+                                                   : TilmoraSession::Environment{{"DISPLAY", ""}});
     }
 
     // The window's frame as this test's own connection to the server reads it.
@@ -79,7 +60,7 @@ protected:
     }
 
     std::unique_ptr<X11TestDesktop> desktop_;
-    QTemporaryDir config_;
+    TilmoraSession session_{{}};
 };
 
 // A quick layout on a terminal: the status names the size the terminal kept when its character
@@ -97,8 +78,8 @@ TEST_F(TilmoraCommandLine, PlacesAndReportsWhatTheWindowTook) {
     EXPECT_TRUE(lines[0].contains(QStringLiteral("\t0, 0  1440 x 900\t0, 0  1440 x 900\tmain")));
     EXPECT_TRUE(lines[1].contains(QStringLiteral("\t1440, 0  1920 x 1080\t")));
 
-    const Outcome applied = tilmora({QStringLiteral("--window"), notes,
-                                     QStringLiteral("apply"), QStringLiteral("leftHalf")});
+    const Outcome applied = tilmora(
+        {QStringLiteral("--window"), notes, QStringLiteral("apply"), QStringLiteral("leftHalf")});
     EXPECT_EQ(applied.exitCode, 0) << applied.err.toStdString();
     const auto frame = frameOf(QStringLiteral("Notes"));
     ASSERT_TRUE(frame);
@@ -117,8 +98,8 @@ TEST_F(TilmoraCommandLine, PlacesAndReportsWhatTheWindowTook) {
     EXPECT_NEAR(frame->width(), 720, 20);
     EXPECT_NEAR(frame->height(), 900, 30);
 
-    const Outcome moved = tilmora({QStringLiteral("--window"), notes,
-                                   QStringLiteral("next-display")});
+    const Outcome moved =
+        tilmora({QStringLiteral("--window"), notes, QStringLiteral("next-display")});
     EXPECT_EQ(moved.exitCode, 0);
     EXPECT_TRUE(moved.out.startsWith(QStringLiteral("Moved "))) << moved.out.toStdString();
     EXPECT_GE(frameOf(QStringLiteral("Notes"))->minX(), 1440);

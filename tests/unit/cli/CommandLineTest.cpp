@@ -91,6 +91,9 @@ TEST_F(CommandRunnerTest, PrintsTheStatusLineAndExitsWithItsOutcome) {
         {"arrange", 2, ""},
         {"windows all", 2, ""},
         {"restore Nothing", 1, ""},
+        // Only a running instance has a menu to pop up.
+        {"menu", 1, ""},
+        {"menu now", 2, ""},
         {"profile 1 --colour 3", 2, ""}};
     // clang-format on
     for (const auto& [line, exitCode, printed] : cases) {
@@ -101,6 +104,18 @@ TEST_F(CommandRunnerTest, PrintsTheStatusLineAndExitsWithItsOutcome) {
         // itself go to stderr.
         EXPECT_EQ(errors.isEmpty(), !output.isEmpty()) << line;
     }
+}
+
+TEST_F(CommandRunnerTest, MenuPopsUpTheInstancesMenu) {
+    AppStore store(fake.platform());
+    QTextStream out(&output);
+    QTextStream err(&errors);
+    CommandRunner runner(store, out, err);
+    int popUps = 0;
+    runner.setMenuPopUp([&popUps] { ++popUps; });
+    EXPECT_EQ(runner.run(CommandLine::parse(words("menu"))), CommandRunner::success);
+    EXPECT_EQ(popUps, 1);
+    EXPECT_TRUE(output.isEmpty() && errors.isEmpty());
 }
 
 TEST_F(CommandRunnerTest, UnknownLayoutListsTheFifteenNames) {

@@ -1,0 +1,301 @@
+"""A private X desktop session for the demo and the application's end-to-end tests.
+
+Xvfb on a free display with two RandR monitors, a D-Bus session bus of its own (the tray's
+StatusNotifierItem and the accessibility bus live there), openbox with a configuration that owns
+no keys, optionally a panel with a strut, an XEmbed tray host and terminals. Everything started
+is stopped again by process group, also when a step fails. Waits are for conditions, with a
+time-out, never fixed sleeps.
+"""
+
+import ctypes
+import os
+import re
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+OPENBOX_CONFIG = """<?xml version="1.0" encoding="UTF-8"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
+  <placement><policy>Smart</policy></placement>
+  <desktops><number>1</number></desktops>
+  <keyboard></keyboard>
+  <mouse></mouse>
+</openbox_config>
+"""
+
+# A 1440 x 900 primary monitor on the left and a 1920 x 1080 one on its right.
+TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "screen"),
+                              ("Right", "1920/508x1080/286+1440+0", "none")])
+
+# A line of `xwininfo -tree`: ("instance" "Class")  22x22+0+0  +1417+1, the last pair absolute.
+TREE_LINE = re.compile(r'\("([^"]*)" "[^"]*"\)\s+(\d+)x(\d+)\S*\s+\+(-?\d+)\+(-?\d+)')
+
+
+_libc = ctypes.CDLL(None, use_errno=True)
+_PR_SET_PDEATHSIG = 1
+
+
+def _end_with_parent():
+    """Runs in the child: it gets SIGTERM when the session's process dies, even by a crash."""
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM)
+
+
+class SessionError(RuntimeError):
+    pass
+
+
+def wait_for(what, condition, timeout=15.0, interval=0.05):
+    """Polls `condition` until it returns something true; raises with `what` on time-out."""
+    deadline = time.monotonic() + timeout
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > deadline:
+            raise SessionError(f"timed out waiting for {what}")
+        time.sleep(interval)
+
+
+class DesktopSession:
+    def __init__(self, monitors=TWO_MONITORS, panel=False, tray_host=False, dpi=None):
+        self.monitors = monitors
+        self.panel = panel
+        self.tray_host = tray_host
+        self.dpi = dpi
+        self.processes = []
+        self.workdir = tempfile.mkdtemp(prefix="tilmora-session-")
+        self.env = dict(os.environ)
+        self.display = None
+        self._panel_pipe = None
+
+    # --- life cycle
+
+    def __enter__(self):
+        try:
+            self.start()
+        except BaseException:
+            self.stop()
+            raise
+        return self
+
+    def __exit__(self, *exc):
+        self.stop()
+
+    def start(self):
+        home = os.path.join(self.workdir, "home")
+        runtime = os.path.join(self.workdir, "runtime")
+        for path in (home, runtime):
+            os.makedirs(path, mode=0o700)
+        self.env.update({
+            "HOME": home,
+            "XDG_CONFIG_HOME": os.path.join(home, ".config"),
+            "XDG_CACHE_HOME": os.path.join(home, ".cache"),
+            "XDG_DATA_HOME": os.path.join(home, ".local/share"),
+            "XDG_RUNTIME_DIR": runtime,
+            # Qt exposes its widgets over AT-SPI only when asked to or when a screen reader runs.
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+            "QT_QPA_PLATFORM": "xcb",
+        })
+        for name in ("WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "SESSION_MANAGER",
+                     "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR"):
+            self.env.pop(name, None)
+        self._start_server()
+        self._start_bus()
+        # This process talks to the session too (AT-SPI, the tray's D-Bus protocol, X tools).
+        for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
+            os.environ[name] = self.env[name]
+        self._start_window_manager()
+        if self.panel:
+            self._start_panel()
+        if self.tray_host:
+            self.start_tray_host()
+
+    def stop(self):
+        if self._panel_pipe is not None:
+            try:
+                self._panel_pipe.close()
+            except OSError:
+                pass
+            self._panel_pipe = None
+        for process in reversed(self.processes):
+            self._kill(process)
+            for pipe in (process.stdout, process.stderr):
+                if pipe is not None:
+                    pipe.close()
+        self.processes = []
+        shutil.rmtree(self.workdir, ignore_errors=True)
+
+    def _kill(self, process):
+        """Ends the process and the rest of its group (the bus's activated services, the
+        accessibility bus among them); SIGKILL for what outlives SIGTERM by 5 seconds."""
+        group = process.pid
+        self._signal_group(group, signal.SIGTERM)
+        try:
+            process.wait(timeout=5)
+        except subprocess.TimeoutExpired:
+            self._signal_group(group, signal.SIGKILL)
+            process.wait()
+        try:
+            wait_for(f"process group {group} to end",
+                     lambda: not self._signal_group(group, 0), timeout=5)
+        except SessionError:
+            self._signal_group(group, signal.SIGKILL)
+
+    @staticmethod
+    def _signal_group(group, number):
+        """Whether the group still had a process to signal."""
+        try:
+            os.killpg(group, number)
+            return True
+        except ProcessLookupError:
+            return False
+
+    # --- starting things
+
+    def spawn(self, arguments, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=None,
+              **kwargs):
+        """Starts a process in a process group of its own, stopped with the session."""
+        process = subprocess.Popen(arguments, env=env or self.env, stdout=stdout, stderr=stderr,
+                                   stdin=subprocess.DEVNULL, start_new_session=True,
+                                   preexec_fn=_end_with_parent, **kwargs)
+        self.processes.append(process)
+        return process
+
+    def run(self, arguments, timeout=20, check=False):
+        return subprocess.run(arguments, env=self.env, capture_output=True, text=True,
+                              timeout=timeout, check=check)
+
+    def _start_server(self):
+        read_end, write_end = os.pipe()
+        size, monitors = self.monitors
+        self.spawn(["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{size}x24",
+                    "-noreset", "-nolisten", "tcp"], pass_fds=(write_end,))
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise SessionError("Xvfb did not start")
+        self.display = f":{number}"
+        self.env["DISPLAY"] = self.display
+        wait_for("the X server", lambda: self.run(["xdpyinfo"]).returncode == 0)
+        for name, geometry, output in monitors:
+            self.run(["xrandr", "--setmonitor", name, geometry, output], check=True)
+        self.run(["xsetroot", "-solid", "#39463f"])
+        if self.dpi:
+            subprocess.run(["xrdb", "-merge"], input=f"Xft.dpi: {self.dpi}\n", text=True,
+                           env=self.env, check=True)
+
+    def _start_bus(self):
+        process = self.spawn(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        address = process.stdout.readline().decode().strip()
+        if not address:
+            raise SessionError("the D-Bus session bus did not start")
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = address
+
+    def _start_window_manager(self):
+        config = os.path.join(self.workdir, "openbox.xml")
+        with open(config, "w") as file:
+            file.write(OPENBOX_CONFIG)
+        self.spawn(["openbox", "--sm-disable", "--config-file", config])
+        wait_for("openbox", lambda: "window id" in self.run(
+            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]).stdout)
+
+    def _start_panel(self):
+        """A panel along the top of the primary monitor, reserving its strip with a strut."""
+        fifo = os.path.join(self.workdir, "panel")
+        os.mkfifo(fifo)
+        self.spawn(["sh", "-c",
+                    f'exec lemonbar -g 1440x24+0+0 -p -B "#2f3b35" -F "#d8e6dd" <"{fifo}"'])
+        self._panel_pipe = open(fifo, "w")
+        self._panel_pipe.write("%{c}Tilmora demo\n")
+        self._panel_pipe.flush()
+
+    def start_tray_host(self):
+        """trayer: an XEmbed system tray at the top right of the desktop."""
+        self.spawn(["trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
+                    "--height", "24", "--SetDockType", "true", "--SetPartialStrut", "true",
+                    "--transparent", "true", "--alpha", "0", "--tint", "0x2f3b35"])
+        wait_for("the tray host", lambda: self.run(
+            ["xdotool", "search", "--classname", "trayer"]).stdout.strip())
+
+    def start_terminal(self, title, geometry):
+        """An xterm that the window manager manages; started again if openbox missed it."""
+        for _ in range(5):
+            process = self.spawn(["xterm", "-T", title, "-geometry", geometry, "-e", "sh", "-c",
+                                  f"echo {title}; exec sleep 3600"])
+            try:
+                return wait_for(f"the {title} terminal",
+                                lambda: self.window_of(title), timeout=3)
+            except SessionError:
+                self._kill(process)
+        raise SessionError(f"the window manager did not take the {title} terminal")
+
+    # --- looking at the desktop
+
+    def window_of(self, title):
+        """The id of the managed window with this title, as wmctrl lists it."""
+        for line in self.run(["wmctrl", "-l"]).stdout.splitlines():
+            fields = line.split(None, 3)
+            if len(fields) == 4 and fields[3] == title:
+                return fields[0]
+        return None
+
+    def frame_of(self, title):
+        """(x, y, width, height) of the window's client area in root coordinates."""
+        for line in self.run(["wmctrl", "-lG"]).stdout.splitlines():
+            fields = line.split(None, 7)
+            if len(fields) == 8 and fields[7] == title:
+                return tuple(int(v) for v in fields[2:6])
+        return None
+
+    def tray_icon(self, instance):
+        """The centre (x, y) of the icon that the client of this WM_CLASS instance embedded in
+        the tray host, or None while there is none."""
+        panel = self.window_of("panel")  # trayer's dock window
+        if not panel:
+            return None
+        for line in self.run(["xwininfo", "-tree", "-id", panel]).stdout.splitlines():
+            match = TREE_LINE.search(line)
+            if match and match.group(1) == instance:
+                width, height, x, y = (int(v) for v in match.groups()[1:])
+                return x + width // 2, y + height // 2
+        return None
+
+    def monitor_frames(self):
+        """(x, y, width, height) of each monitor, in the order they were set up."""
+        frames = []
+        for _, geometry, _ in self.monitors[1]:
+            size, x, y = geometry.split("+")
+            width, height = (int(part.split("/")[0]) for part in size.split("x"))
+            frames.append((int(x), int(y), width, height))
+        return frames
+
+    def capture(self, region=None):
+        """A PNG of the screen, or of `region` (x, y, width, height) of it."""
+        crop = []
+        if region:
+            x, y, width, height = region
+            crop = ["-crop", f"{width}x{height}+{x}+{y}", "+repage"]
+        result = subprocess.run(["import", "-window", "root", *crop, "png:-"], env=self.env,
+                                capture_output=True, timeout=30, check=True)
+        return result.stdout
+
+    def screenshot(self, path, region=None, settle=3.0):
+        """Writes a PNG once the screen holds still (two equal captures in a row), so a window
+        that is still repainting after a move is not caught half drawn; after `settle` seconds
+        of change it takes the last capture."""
+        os.makedirs(os.path.dirname(os.path.abspath(path)), exist_ok=True)
+        image = self.capture(region)
+        deadline = time.monotonic() + settle
+        while time.monotonic() < deadline:
+            again = self.capture(region)
+            if again == image:
+                break
+            image = again
+        with open(path, "wb") as file:
+            file.write(image)
+        return path

@@ -1,0 +1,87 @@
+#include "ui/ApplicationShell.h"
+
+#include "core/AppStore.h"
+#include "ui/AboutPanelPresenter.h"
+#include "ui/ApplicationIcon.h"
+#include "ui/BringToFront.h"
+#include "ui/MainWindow.h"
+#include "ui/SettingsWindow.h"
+#include "ui/TrayIcon.h"
+#include "ui/TrayMenu.h"
+
+#include <QApplication>
+#include <QCursor>
+
+namespace tilmora {
+
+ApplicationShell::ApplicationShell(AppStore& store, QObject* parent)
+    : QObject(parent)
+    , store_(store) {}
+
+ApplicationShell::~ApplicationShell() = default;
+
+void ApplicationShell::launch() {
+    // Closing the last window leaves Tilmora running: its hot keys and tray stay live.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(ApplicationIcon::icon());
+    build();
+    showMainWindow();
+}
+
+void ApplicationShell::build() {
+    if (mainWindow_) {
+        return;
+    }
+    mainWindow_ = std::make_unique<MainWindow>(store_);
+    // Queued: the first refresh and the hot key grabs come after the window is on its way to
+    // the screen, not before it.
+    connect(mainWindow_.get(), &MainWindow::shown, this, &ApplicationShell::startStore,
+            Qt::QueuedConnection);
+    connect(mainWindow_.get(), &MainWindow::aboutRequested, this, &ApplicationShell::showAbout);
+    connect(mainWindow_.get(), &MainWindow::settingsRequested, this,
+            &ApplicationShell::showSettings);
+    connect(mainWindow_.get(), &MainWindow::quitRequested, this, &ApplicationShell::quitRequested);
+
+    trayMenu_ = std::make_unique<TrayMenu>(store_);
+    connect(trayMenu_.get(), &QMenu::aboutToShow, this, &ApplicationShell::startStore);
+    connect(trayMenu_.get(), &TrayMenu::openMainWindowRequested, this,
+            &ApplicationShell::showMainWindow);
+    connect(trayMenu_.get(), &TrayMenu::aboutRequested, this, &ApplicationShell::showAbout);
+    connect(trayMenu_.get(), &TrayMenu::quitRequested, this, &ApplicationShell::quitRequested);
+
+    trayIcon_ = std::make_unique<TrayIcon>(trayMenu_.get());
+    connect(trayIcon_.get(), &TrayIcon::clicked, this, &ApplicationShell::showMainWindow);
+    trayIcon_->show();
+}
+
+void ApplicationShell::startStore() {
+    // Idempotent in the store: whichever of the window and the menu shows first starts it.
+    store_.start();
+}
+
+void ApplicationShell::showMainWindow() {
+    build();
+    bringToFront(mainWindow_.get());
+}
+
+void ApplicationShell::popUpMenuAtPointer() {
+    build();
+    trayMenu_->popup(QCursor::pos());
+    trayMenu_->activateWindow();
+}
+
+void ApplicationShell::showSettings() {
+    if (!settingsWindow_) {
+        settingsWindow_ = std::make_unique<SettingsWindow>(store_);
+    }
+    bringToFront(settingsWindow_.get());
+}
+
+void ApplicationShell::showAbout() {
+    if (!about_) {
+        about_ = std::make_unique<AboutPanelPresenter>();
+    }
+    bringToFront(about_.get());
+}
+
+} // namespace tilmora

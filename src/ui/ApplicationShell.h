@@ -1,0 +1,54 @@
+// The application's fixed frame: the main window, the settings window, the tray icon with its
+// menu and the about dialog, all over the one store, which it starts when the first of them is
+// shown.
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+
+namespace tilmora {
+
+class AboutPanelPresenter;
+class AppStore;
+class MainWindow;
+class SettingsWindow;
+class TrayIcon;
+class TrayMenu;
+
+class ApplicationShell : public QObject {
+    Q_OBJECT
+
+public:
+    explicit ApplicationShell(AppStore& store, QObject* parent = nullptr);
+    ~ApplicationShell() override;
+
+    // Builds the windows and the tray, shows the main window and starts the store.
+    void launch();
+    // Brings the main window back, also after it was closed, raised and activated.
+    void showMainWindow();
+    // Pops the tray menu up at the pointer, for desktops without a tray.
+    void popUpMenuAtPointer();
+
+    MainWindow* mainWindow() const { return mainWindow_.get(); }
+    TrayMenu* trayMenu() const { return trayMenu_.get(); }
+
+Q_SIGNALS:
+    // "Quit Tilmora" was chosen from a menu.
+    void quitRequested();
+
+private:
+    void build();
+    void startStore();
+    void showSettings();
+    void showAbout();
+
+    AppStore& store_;
+    std::unique_ptr<MainWindow> mainWindow_;
+    std::unique_ptr<TrayMenu> trayMenu_;
+    std::unique_ptr<TrayIcon> trayIcon_;
+    std::unique_ptr<SettingsWindow> settingsWindow_;
+    std::unique_ptr<AboutPanelPresenter> about_;
+};
+
+} // namespace tilmora

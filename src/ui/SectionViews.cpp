@@ -1,0 +1,48 @@
+#include "ui/SectionViews.h"
+
+#include "ui/DetailScrollView.h"
+#include "ui/NativeSectionHeader.h"
+#include "ui/PermissionBanner.h"
+#include "ui/SectionInfo.h"
+
+namespace tilmora::SectionViews {
+
+namespace {
+
+struct Page {
+    int maxWidth;
+    bool showsPermissionBanner;
+    const char* title;
+    const char* subtitle;
+};
+
+// In the order of the sections.
+constexpr Page pages[] = {
+    {980, true, "Placement Canvas",
+     "Preview the target area before Tilmora places the active window."},
+    {980, false, "Open Windows", "Select a target window, then apply a quick placement."},
+    {980, false, "Saved Workspaces", "Save the current desktop arrangement and restore it later."},
+    {780, false, "Settings", "Tune permissions, spacing, and keyboard control from one place."},
+    {780, false, "Start with the window you want to move.",
+     "Tilmora works best when you think of each display as a canvas. Pick the active app, "
+     "preview the space you want, then let Tilmora place it precisely."},
+    {780, false, "Tilmora",
+     "A native Linux window manager for arranging apps across screens with precise grids, canvas "
+     "placement, and reusable layouts."},
+};
+
+} // namespace
+
+QWidget* make(TilmoraSection section, AppStore& store, QWidget* parent) {
+    const Page& shown = pages[SectionInfo::index(section)];
+    auto* view = new DetailScrollView(shown.maxWidth, 24, parent);
+    view->setObjectName(QStringLiteral("section-") + SectionInfo::title(section).toLower());
+    if (shown.showsPermissionBanner) {
+        view->addContent(new PermissionBanner(store));
+    }
+    view->addContent(
+        new NativeSectionHeader(QString::fromUtf8(shown.title), QString::fromUtf8(shown.subtitle)));
+    return view;
+}
+
+} // namespace tilmora::SectionViews

@@ -1,0 +1,158 @@
+#!/usr/bin/python3
+"""The whole application as a user starts it: `tilmora` on a private two-monitor desktop with
+openbox, a panel's StatusNotifierItem host and an xterm, driven the way a person or a screen
+reader drives it: through AT-SPI for the main window, through the tray protocol for the tray
+menu, through its command line. Screenshots are kept in the artifacts directory.
+
+    test_application.py --tilmora build/bin/tilmora --artifacts build/test-artifacts
+"""
+
+import argparse
+import os
+import subprocess
+import sys
+import unittest
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.join(HERE, "..", "..", "scripts"))
+sys.path.insert(0, HERE)
+
+from desktop_session import DesktopSession, SessionError, wait_for  # noqa: E402
+
+TILMORA = None
+ARTIFACTS = None
+
+QUICK_LAYOUTS = ["Left Half", "Right Half", "Top Half", "Bottom Half", "Maximize", "Center",
+                 "Top Left", "Top Right", "Bottom Left", "Bottom Right", "Left Third",
+                 "Center Third", "Right Third", "Two Thirds Left", "Two Thirds Right"]
+
+
+class Application(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.session = DesktopSession().__enter__()
+        try:
+            env = cls.session.env
+            # The panel side of the tray: a StatusNotifierWatcher with a host, before Tilmora.
+            watcher = cls.session.spawn(["/usr/bin/python3", os.path.join(HERE,
+                                                                          "status_notifier.py")],
+                                        stdout=subprocess.PIPE)
+            if watcher.stdout.readline().strip() != b"ready":
+                raise SessionError("the StatusNotifierWatcher did not start")
+            cls.session.start_terminal("Notes", "80x24+80+120")
+            cls.log = open(os.path.join(ARTIFACTS, "application.log"), "w")
+            cls.instance = cls.session.spawn([TILMORA], stdout=cls.log, stderr=cls.log, env=env)
+            wait_for("the main window", lambda: cls.main_window_visible(), timeout=20)
+        except BaseException:
+            cls.session.__exit__(None, None, None)
+            raise
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.session.__exit__(None, None, None)
+        cls.log.close()
+
+    @classmethod
+    def main_window_visible(cls):
+        return cls.session.run(["xdotool", "search", "--onlyvisible", "--classname",
+                                "tilmora"]).stdout.strip()
+
+    def tilmora(self, *arguments):
+        return self.session.run([TILMORA, *arguments])
+
+    def screenshot(self, name):
+        self.session.screenshot(os.path.join(ARTIFACTS, f"{name}.png"))
+
+    # --- through AT-SPI, as a screen reader
+
+    def test_sections_and_toolbar_through_accessibility(self):
+        import atspi_client as atspi
+
+        app = atspi.application("Tilmora")
+        self.assertEqual(atspi.frame_title(app), "Arrange")
+        for row, title in [("Settings", "Settings"), ("Saved", "Saved"), ("Arrange", "Arrange")]:
+            atspi.act(atspi.find(app, "list item", row))
+            wait_for(f"the {title} section", lambda: atspi.frame_title(app) == title)
+            if row == "Settings":
+                self.screenshot("main-window-settings")
+        atspi.act(atspi.find(app, "push button", "Refresh"))
+        self.screenshot("main-window-arrange")
+
+    # --- the tray menu, read through the StatusNotifierItem protocol
+
+    def test_tray_menu_entries_and_a_layout_entry_placing_a_window(self):
+        from status_notifier import ItemMenu, registered_items
+
+        items = registered_items()
+        self.assertEqual(len(items), 1, items)
+        menu = ItemMenu(items[0])
+        entries = menu.entries()
+        labels = [("-" if separator else label) for _, label, _, separator in entries]
+        self.assertEqual(labels, ["Open Tilmora", "-", "Placement Canvas (⌃⌥Space)",
+                                  *QUICK_LAYOUTS, "Next Display", "-", "Settings",
+                                  "About Tilmora", "Refresh Windows", "Quit Tilmora"])
+        shortcuts = {label: shortcut for _, label, shortcut, _ in entries}
+        self.assertTrue(all(shortcuts[title] for title in QUICK_LAYOUTS), shortcuts)
+
+        # The terminal was the last application in use: the entry places it.
+        self.session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
+        menu.click("Left Half")
+        wait_for("the terminal on the left half", lambda: self.outer_frame("Notes") ==
+                 "0, 0  720 x 900")
+
+    def outer_frame(self, title):
+        for line in self.tilmora("windows").stdout.splitlines():
+            fields = line.split("\t")
+            if len(fields) >= 4 and fields[2] == title:
+                return fields[3]
+        return None
+
+    # --- the command line against the instance
+
+    def test_second_launch_brings_the_closed_window_back(self):
+        window = self.main_window_visible().split()[0]
+        self.session.run(["wmctrl", "-i", "-c", window])
+        wait_for("the main window to close", lambda: not self.main_window_visible())
+        self.assertIsNone(self.instance.poll(), "closing the main window quit Tilmora")
+        self.assertEqual(self.tilmora().returncode, 0)
+        wait_for("the main window back", self.main_window_visible)
+
+    def test_menu_command_pops_the_tray_menu(self):
+        result = self.tilmora("menu")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.screenshot("tray-menu")
+        self.session.run(["xdotool", "key", "Escape"])
+
+
+class WithoutTrayHost(unittest.TestCase):
+    """A bare window manager without a tray: the instance keeps running with its hot keys and its
+    window, and a tray host that starts later (autostart races) still gets the icon."""
+
+    def test_late_tray_host_gets_the_icon(self):
+        with DesktopSession() as session:
+            log = open(os.path.join(ARTIFACTS, "application-late-tray.log"), "w")
+            instance = session.spawn([TILMORA], stdout=log, stderr=log)
+            wait_for("the main window", lambda: session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip())
+            self.assertIsNone(session.tray_icon("tilmora"))
+            session.start_tray_host()
+            wait_for("the icon in the late tray", lambda: session.tray_icon("tilmora"), timeout=15)
+            self.assertIsNone(instance.poll())
+            session.screenshot(os.path.join(ARTIFACTS, "late-tray-host.png"))
+            log.close()
+
+
+def main():
+    global TILMORA, ARTIFACTS
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--tilmora", required=True)
+    parser.add_argument("--artifacts", required=True)
+    arguments, rest = parser.parse_known_args()
+    TILMORA = os.path.abspath(arguments.tilmora)
+    ARTIFACTS = os.path.abspath(arguments.artifacts)
+    os.makedirs(ARTIFACTS, exist_ok=True)
+    unittest.main(argv=[sys.argv[0], "-v", *rest])
+
+
+if __name__ == "__main__":
+    main()

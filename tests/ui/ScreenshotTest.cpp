@@ -1,0 +1,119 @@
+// Renders each scene to a PNG for people to look at (build/tests/ui/screenshots/), and checks
+// that no text or button in it is clipped.
+#include "UiTest.h"
+#include "ui/AboutPanelPresenter.h"
+#include "ui/MainWindow.h"
+#include "ui/PermissionBanner.h"
+#include "ui/SettingsWindow.h"
+#include "ui/TrayMenu.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <functional>
+#include <memory>
+
+using namespace tilmora;
+
+namespace {
+
+struct Scene {
+    std::string name;
+    // Builds and shows the scene over the store; the test owns what it returns.
+    std::function<std::unique_ptr<QWidget>(AppStore&)> show;
+};
+
+class ScreenshotTest : public UiTest, public ::testing::TestWithParam<Scene> {
+protected:
+    ScreenshotTest() {
+        store.saveCurrentLayout(
+            QStringLiteral("Morning desk with mail and the editor side by side"));
+        store.saveCurrentLayout(QStringLiteral("Focus"));
+        setAccessGranted(false);
+        store.setStatusMessage(QStringLiteral("Start an EWMH window manager on this display, then "
+                                              "check again."));
+    }
+};
+
+// What a person would call clipped: a text cut short or cut off by its container.
+void expectUnclipped(QWidget* root) {
+    for (QWidget* widget : root->findChildren<QWidget*>()) {
+        const auto* label = qobject_cast<QLabel*>(widget);
+        const auto* button = qobject_cast<QAbstractButton*>(widget);
+        if (!widget->isVisible() || (!label && !button)) {
+            continue;
+        }
+        const std::string what = (label ? label->text() : button->text()).toStdString();
+        EXPECT_EQ(widget->visibleRegion().boundingRect(), widget->rect()) << what;
+        if (label && label->wordWrap()) {
+            EXPECT_GE(label->height(), label->heightForWidth(label->width())) << what;
+        } else {
+            EXPECT_GE(widget->width(), widget->minimumSizeHint().width()) << what;
+            EXPECT_GE(widget->height(), widget->minimumSizeHint().height()) << what;
+        }
+    }
+}
+
+TEST_P(ScreenshotTest, ShowsEveryTextWhole) {
+    std::unique_ptr<QWidget> scene = GetParam().show(store);
+    QApplication::processEvents();
+    expectUnclipped(scene.get());
+    const QString directory = QStringLiteral(TILMORA_SCREENSHOT_DIR);
+    ASSERT_TRUE(QDir().mkpath(directory));
+    const QString path = directory + QLatin1Char('/') + QString::fromStdString(GetParam().name) +
+                         QStringLiteral(".png");
+    EXPECT_TRUE(scene->grab().save(path)) << path.toStdString();
+}
+
+std::function<std::unique_ptr<QWidget>(AppStore&)> mainWindowOn(TilmoraSection section) {
+    return [section](AppStore& store) {
+        store.setSelectedSection(section);
+        auto window = std::make_unique<MainWindow>(store);
+        window->show();
+        return window;
+    };
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Scenes, ScreenshotTest, ::testing::Values(
+    Scene{"MainWindowArrange", mainWindowOn(TilmoraSection::arrange)},
+    Scene{"MainWindowWindows", mainWindowOn(TilmoraSection::windows)},
+    Scene{"MainWindowSaved", mainWindowOn(TilmoraSection::savedLayouts)},
+    Scene{"MainWindowSettings", mainWindowOn(TilmoraSection::settings)},
+    Scene{"MainWindowGuide", mainWindowOn(TilmoraSection::guide)},
+    Scene{"MainWindowAbout", mainWindowOn(TilmoraSection::about)},
+    Scene{"MainWindowWideArrange", [](AppStore& store) {
+        auto window = mainWindowOn(TilmoraSection::arrange)(store);
+        window->resize(1500, 800);
+        return window;
+    }},
+    Scene{"PermissionBannerStacked", [](AppStore& store) -> std::unique_ptr<QWidget> {
+        auto section = std::make_unique<QWidget>();
+        auto* column = new QVBoxLayout(section.get());
+        column->addWidget(new PermissionBanner(store));
+        section->resize(560, column->totalHeightForWidth(560));
+        section->show();
+        return section;
+    }},
+    Scene{"SettingsWindow", [](AppStore& store) -> std::unique_ptr<QWidget> {
+        auto window = std::make_unique<SettingsWindow>(store);
+        window->show();
+        return window;
+    }},
+    Scene{"AboutDialog", [](AppStore&) -> std::unique_ptr<QWidget> {
+        auto dialog = std::make_unique<AboutPanelPresenter>();
+        dialog->show();
+        return dialog;
+    }},
+    Scene{"TrayMenu", [](AppStore& store) -> std::unique_ptr<QWidget> {
+        auto menu = std::make_unique<TrayMenu>(store);
+        menu->popup({0, 0});
+        return menu;
+    }}),
+    [](const auto& p) { return p.param.name; });
+// clang-format on
+
+} // namespace
