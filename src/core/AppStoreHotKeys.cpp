@@ -52,7 +52,8 @@ void AppStore::setPlacementHotKey(HotKeyShortcut shortcut) {
     const std::int32_t status = hotKeyCenter_.updateCanvasShortcut(shortcut);
     if (status != HotKeyStatus::success && hasStarted_) {
         // The center has put the previous shortcut back; it stays stored too.
-        setStatusMessage(QStringLiteral("That shortcut is already used by macOS or another app."));
+        setStatusMessage(
+            QStringLiteral("That shortcut is already used by your desktop or another app."));
         return;
     }
     const QString text = shortcut.displayText();
@@ -102,7 +103,7 @@ AppStore::hotKeyFailureMessage(const std::vector<HotKeyCenter::RegistrationFailu
                    QStringLiteral(" more");
     }
     // The status codes mean nothing to the user and are left out.
-    return message + QStringLiteral(". They may already be used by macOS or another app.");
+    return message + QStringLiteral(". They may already be used by your desktop or another app.");
 }
 
 } // namespace tilmora

@@ -114,9 +114,9 @@ void AppStore::observeActiveApplications() {
 void AppStore::requestAccessibilityPermission() {
     setPermissionGranted(platform_.windowSystem.requestTrust());
     setStatusMessage(permissionGranted_
-                         ? QStringLiteral("Accessibility access is enabled.")
-                         : QStringLiteral("Approve Tilmora in Accessibility settings, then check "
-                                          "again."));
+                         ? QStringLiteral("Window manager access is enabled.")
+                         : QStringLiteral("Start an EWMH window manager on this display, then "
+                                          "check again."));
 }
 
 } // namespace tilmora

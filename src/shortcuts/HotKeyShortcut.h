@@ -19,7 +19,7 @@ struct HotKeyShortcut {
     std::uint32_t modifiers = 0;
     QString keyLabel;
 
-    // Control + Option + Space.
+    // Control + Alt + Space.
     static HotKeyShortcut defaultShortcut();
 
     // The shortcut a key press records; nothing when no modifier is held, and nothing for

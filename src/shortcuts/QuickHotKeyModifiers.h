@@ -18,7 +18,7 @@ struct QuickHotKeyModifiers {
     std::uint32_t modifiers = 0;
 
     static constexpr std::uint32_t allowedMask = shortcutModifierMask;
-    // Control + Option + Command.
+    // Control + Alt + Super.
     static const QuickHotKeyModifiers defaultLayouts;
 
     // The symbols of the present modifiers in display order, "" when there are none: "⌃⌥⌘".

@@ -44,11 +44,11 @@ QString title(ShortcutModifier modifier) {
     case ShortcutModifier::control:
         return QStringLiteral("Control");
     case ShortcutModifier::option:
-        return QStringLiteral("Option");
+        return QStringLiteral("Alt");
     case ShortcutModifier::shift:
         return QStringLiteral("Shift");
     case ShortcutModifier::command:
-        return QStringLiteral("Command");
+        return QStringLiteral("Super");
     }
     return {};
 }

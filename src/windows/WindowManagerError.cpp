@@ -13,7 +13,8 @@ QString WindowManagerError::errorDescription() const {
     case cannotMoveWindow:
         return QStringLiteral("Tilmora could not move that window. ") + detail_;
     case accessibilityDenied:
-        return QStringLiteral("Tilmora needs Accessibility access before it can arrange windows.");
+        return QStringLiteral("Tilmora needs an X11 session with a window manager before it can "
+                              "arrange windows.");
     case noTargetWindow:
         return QStringLiteral("No target window is available.");
     case targetWindowMissing:

@@ -3,6 +3,8 @@
 // and the live counterpart of a saved window.
 #include "windows/WindowManager.h"
 
+#include "windows/CaselessText.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -32,10 +34,6 @@ std::optional<ManagedWindow> closestWindow(std::vector<ManagedWindow>& windows,
         }
     }
     return std::move(*best);
-}
-
-bool containsIgnoringCase(const QString& text, const QString& part) {
-    return text.contains(part, Qt::CaseInsensitive);
 }
 
 } // namespace

@@ -237,7 +237,8 @@ TEST_F(X11HotKeysUnderOpenbox, ItsOwnBindingsAreReportedInTheStatusLine) {
     // The default set is free under openbox: start() reports nothing.
     EXPECT_EQ(store.statusMessage(), std::nullopt);
 
-    const QString ending = QStringLiteral(". They may already be used by macOS or another app.");
+    const QString ending =
+        QStringLiteral(". They may already be used by your desktop or another app.");
     const QString opening = QStringLiteral("Some global shortcuts could not be registered: ");
     const std::vector<std::pair<std::uint32_t, QString>> rows = {
         {control | option, QStringLiteral("⌃⌥←, ⌃⌥→, ⌃⌥↑, ⌃⌥↓")},

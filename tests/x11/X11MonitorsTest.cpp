@@ -43,10 +43,7 @@ TEST_P(MonitorLayouts, AreReportedPrimaryFirstWithTheirUsableAreas) {
     X11TestDesktop desktop({X11TestDesktop::WindowManager::openbox, c.screenSize, c.monitors});
     ASSERT_TRUE(desktop.isReady());
     if (!c.strut.empty()) {
-        ASSERT_FALSE(desktop
-                         .startTestClient({"--type", "DOCK", "--strut", c.strut, "--geometry",
-                                           c.dockGeometry, "--title", "Panel"})
-                         .windows.empty());
+        ASSERT_TRUE(desktop.startPanel(c.strut, c.dockGeometry));
     }
     X11Connection connection(QByteArray::fromStdString(desktop.display()));
     X11WindowSystem system(connection);
@@ -101,10 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(X11Monitors, PublishedWorkAreasWinOverStruts) {
     X11TestDesktop desktop({X11TestDesktop::WindowManager::openbox, "3360x1080", sideBySide});
     ASSERT_TRUE(desktop.isReady());
-    ASSERT_FALSE(desktop
-                     .startTestClient({"--type", "DOCK", "--strut", "0,0,0,220,0,0,0,0,0,0,0,1439",
-                                       "--geometry", "1440x40+0+860", "--title", "Panel"})
-                     .windows.empty());
+    ASSERT_TRUE(desktop.startPanel("0,0,0,220,0,0,0,0,0,0,0,1439", "1440x40+0+860"));
     X11Connection connection(QByteArray::fromStdString(desktop.display()));
     const auto publish = [&](const char* name, xcb_atom_t type,
                              const std::vector<std::uint32_t>& values) {

@@ -38,22 +38,12 @@ protected:
 
     // The outer visible frame as an independent connection sees it on the server.
     std::optional<CGRect> serverFrame(xcb_window_t window) const {
-        const auto client = desktop_->clientGeometry(window);
-        if (!client) {
+        const auto frame = desktop_->outerFrame(window);
+        if (!frame) {
             return std::nullopt;
         }
-        auto frame = desktop_->cardinals(window, "_NET_FRAME_EXTENTS");
-        auto shadow = desktop_->cardinals(window, "_GTK_FRAME_EXTENTS");
-        frame.resize(4, 0);
-        shadow.resize(4, 0);
-        const auto side = [](const std::vector<std::uint32_t>& v, int i) {
-            return static_cast<double>(v[static_cast<std::size_t>(i)]);
-        };
-        const auto& c = *client;
-        return CGRect(c[0] - side(frame, 0) + side(shadow, 0),
-                      c[1] - side(frame, 2) + side(shadow, 2),
-                      c[2] + side(frame, 0) + side(frame, 1) - side(shadow, 0) - side(shadow, 1),
-                      c[3] + side(frame, 2) + side(frame, 3) - side(shadow, 2) - side(shadow, 3));
+        const auto& f = *frame;
+        return CGRect(f[0], f[1], f[2], f[3]);
     }
 
     std::unique_ptr<X11TestDesktop> desktop_;

@@ -1,5 +1,6 @@
 // Property contents come from other processes: decoding takes any bytes without harm.
 #include "platform/x11/X11Properties.h"
+#include "platform/x11/X11PointSpace.h"
 
 #include <gtest/gtest.h>
 
@@ -95,6 +96,16 @@ TEST(X11Properties, XftDpiFromTheResourceDatabase) {
     EXPECT_EQ(x11::xftDpi("Xft.antialias:\t1\nXft.dpi:\t144\n"), 144.0);
     EXPECT_EQ(x11::xftDpi("Xcursor.size: 24\n"), std::nullopt);
     EXPECT_EQ(x11::xftDpi("Xft.dpi: lots\n"), std::nullopt);
+}
+
+// The scale Qt's xcb platform derives from it: rounded to a whole dpi, over 96, at least 1.
+TEST(X11Properties, ScaleFromXftDpiAsQtReadsIt) {
+    const std::pair<std::optional<double>, double> rows[] = {
+        {std::nullopt, 1.0}, {96, 1.0}, {192, 2.0},      {144, 1.5},
+        {120, 1.25},         {72, 1.0}, {150.4, 1.5625}, {150.6, 151.0 / 96}};
+    for (const auto& [dpi, scale] : rows) {
+        EXPECT_EQ(X11PointSpace::scaleForDpi(dpi), scale) << dpi.value_or(0);
+    }
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "platform/EventModifierFlags.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Log.h"
-#include "platform/x11/X11Monitors.h"
 #include "platform/x11/X11Xkb.h"
 
 #include <QMetaObject>
@@ -26,8 +25,8 @@ constexpr std::array<std::pair<std::uint16_t, std::uint64_t>, 4> modifierBits{{
 }};
 
 constexpr std::uint32_t leftButton = 1;
-// How long the primary monitor's origin is used before it is read again.
-constexpr std::chrono::seconds primaryLifetime{1};
+// How long the primary monitor's origin and the scale are used before they are read again.
+constexpr std::chrono::seconds pointSpaceLifetime{1};
 
 std::uint64_t modifierFlags(std::uint32_t x11Mask) {
     std::uint64_t flags = 0;
@@ -114,6 +113,7 @@ bool X11InputMonitor::setUp() {
         qCWarning(lcX11) << "the X server lacks XInput 2.2 or XKB: no modifier-drag placement";
         return false;
     }
+    connection_.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     inputOpcode_ = input->major_opcode;
     xkbFirstEvent_ = xkb->first_event;
 
@@ -173,6 +173,13 @@ void X11InputMonitor::handleEvent(const xcb_generic_event_t& event) {
         default:
             return;
         }
+    } else if (type == XCB_PROPERTY_NOTIFY) {
+        const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        if (property.window == connection_.root() && property.atom == XCB_ATOM_RESOURCE_MANAGER) {
+            // A new Xft.dpi applies from the next position on.
+            space_.reset();
+        }
+        return;
     } else if (type == XCB_MAPPING_NOTIFY) {
         const auto& mapping = reinterpret_cast<const xcb_mapping_notify_event_t&>(event);
         buttonMappingStale_ = buttonMappingStale_ || mapping.request == XCB_MAPPING_POINTER;
@@ -287,16 +294,14 @@ CGPoint X11InputMonitor::pointerLocation() {
         return lastLocation_;
     }
     const auto now = std::chrono::steady_clock::now();
-    if (!primary_ || now - primaryRead_ > primaryLifetime) {
-        const std::vector<X11Monitor> monitors = queryMonitors(connection_);
-        primary_ = monitors.empty() ? X11Rect{} : monitors.front().geometry;
-        primaryRead_ = now;
+    if (!space_ || now - spaceRead_ > pointSpaceLifetime) {
+        space_ = X11PointSpace::read(connection_);
+        spaceRead_ = now;
     }
     const auto pointer = connection_.reply<xcb_query_pointer_reply_t>(
         xcb_query_pointer(connection_.raw(), connection_.root()).sequence);
     if (pointer) {
-        lastLocation_ = CGPoint{static_cast<double>(pointer->root_x - primary_->x),
-                                static_cast<double>(pointer->root_y - primary_->y)};
+        lastLocation_ = space_->point(pointer->root_x, pointer->root_y);
     }
     return lastLocation_;
 }

@@ -7,7 +7,7 @@
 
 #include "geometry/CGGeometry.h"
 #include "platform/InputMonitor.h"
-#include "platform/x11/X11Geometry.h"
+#include "platform/x11/X11PointSpace.h"
 
 #include <QObject>
 
@@ -71,9 +71,9 @@ private:
     // The four modifiers held, in EventModifierFlags bits, as XKB last reported them.
     std::uint64_t modifierFlags_ = 0;
     std::uint64_t reportedFlags_ = 0;
-    // The primary monitor's origin in root coordinates, re-read now and then.
-    std::optional<X11Rect> primary_;
-    std::chrono::steady_clock::time_point primaryRead_;
+    // The primary monitor's origin and the scale, re-read now and then.
+    std::optional<X11PointSpace> space_;
+    std::chrono::steady_clock::time_point spaceRead_;
     CGPoint lastLocation_;
     // Receiver of queued work, so that none runs after the monitor is gone.
     QObject context_;

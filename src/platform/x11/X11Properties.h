@@ -54,6 +54,8 @@ std::optional<X11Strut> strut(const std::optional<X11PropertyValue>& value, std:
                               std::int64_t rootHeight);
 // WM_NORMAL_HINTS: program- or user-specified minimum and maximum size and the gravity.
 X11SizeHints sizeHints(const std::optional<X11PropertyValue>& value);
+// RESOURCE_MANAGER is read whole, up to this many 32-bit units.
+constexpr std::uint32_t resourceManagerLength = 1U << 16;
 // Xft.dpi from the RESOURCE_MANAGER text.
 std::optional<double> xftDpi(const QByteArray& resources);
 

@@ -19,7 +19,6 @@ constexpr std::uint32_t frameEventMask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
 // Property lengths in 32-bit units: window lists of any realistic size, short lists, texts.
 constexpr std::uint32_t listLength = 1U << 16;
 constexpr std::uint32_t shortLength = 256;
-constexpr std::uint32_t resourceLength = 1U << 16;
 // Frames nest this deep at most before the chain counts as broken.
 constexpr int maximumTreeDepth = 8;
 
@@ -314,7 +313,7 @@ void X11WindowMirror::readRoot() {
     }
     if (stale & X11RootState::Part::resources) {
         const auto cookie = xcb_get_property(c, 0, rootWindow, XCB_ATOM_RESOURCE_MANAGER,
-                                             XCB_ATOM_STRING, 0, resourceLength);
+                                             XCB_ATOM_STRING, 0, x11::resourceManagerLength);
         collectors.emplace_back([=, this] {
             const auto value = collect(cookie);
             root_.dpi = value ? x11::xftDpi(value->bytes) : std::nullopt;

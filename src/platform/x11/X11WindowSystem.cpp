@@ -23,20 +23,6 @@ constexpr std::chrono::microseconds eventCheckInterval{2000};
 // Monitors that a window read converts with are read again after this long.
 constexpr std::chrono::milliseconds monitorCacheLifetime{500};
 constexpr std::uint32_t allDesktops = 0xFFFFFFFFU;
-constexpr double referenceDpi = 96.0;
-
-CGRect toBottomLeft(const X11Rect& rect, const X11Rect& primary) {
-    return CGRect(static_cast<double>(rect.x - primary.x),
-                  static_cast<double>(primary.bottom() - rect.bottom()),
-                  static_cast<double>(rect.width), static_cast<double>(rect.height));
-}
-
-std::int64_t toPixels(double value) {
-    if (!std::isfinite(value)) {
-        return 0;
-    }
-    return static_cast<std::int64_t>(std::llround(std::clamp(value, -1e9, 1e9)));
-}
 
 } // namespace
 
@@ -103,9 +89,11 @@ std::vector<X11Monitor> X11WindowSystem::monitors() const {
     return monitors_;
 }
 
-X11Rect X11WindowSystem::primaryMonitor() const {
+X11PointSpace X11WindowSystem::pointSpace() const {
+    // The scale follows RESOURCE_MANAGER through the mirror.
+    refresh();
     const auto list = monitors();
-    return list.empty() ? X11Rect{} : list.front().geometry;
+    return X11PointSpace(list.empty() ? X11Rect{} : list.front().geometry, mirror_->root().dpi);
 }
 
 std::vector<ScreenDescription> X11WindowSystem::screens() const {
@@ -145,15 +133,14 @@ std::vector<ScreenDescription> X11WindowSystem::screens() const {
         }
         usable = usableAreas(geometries, struts, root.width, root.height);
     }
-    const double scale = root.dpi ? *root.dpi / referenceDpi : 1.0;
-    const X11Rect& primary = monitors_.front().geometry;
+    const X11PointSpace space = pointSpace();
     std::vector<ScreenDescription> result;
     for (std::size_t i = 0; i < monitors_.size(); ++i) {
         ScreenDescription screen;
-        screen.frame = toBottomLeft(monitors_[i].geometry, primary);
-        screen.visibleFrame = toBottomLeft(usable[i], primary);
+        screen.frame = space.bottomLeftRect(monitors_[i].geometry);
+        screen.visibleFrame = space.bottomLeftRect(usable[i]);
         screen.name = monitors_[i].name;
-        screen.scaleFactor = scale;
+        screen.scaleFactor = space.scale();
         screen.displayNumber = monitors_[i].displayNumber;
         result.push_back(screen);
     }
@@ -165,9 +152,7 @@ CGPoint X11WindowSystem::pointerLocation() const {
         const auto pointer = connection_.reply<xcb_query_pointer_reply_t>(
             xcb_query_pointer(connection_.raw(), connection_.root()).sequence);
         if (pointer) {
-            const X11Rect primary = primaryMonitor();
-            lastPointer_ = CGPoint{static_cast<double>(pointer->root_x - primary.x),
-                                   static_cast<double>(pointer->root_y - primary.y)};
+            lastPointer_ = pointSpace().point(pointer->root_x, pointer->root_y);
         }
     }
     return lastPointer_.value_or(CGPoint{});
@@ -406,9 +391,7 @@ std::optional<CGPoint> X11WindowSystem::position(WindowElement window) const {
     if (!frame) {
         return std::nullopt;
     }
-    const X11Rect primary = primaryMonitor();
-    return CGPoint{static_cast<double>(frame->x - primary.x),
-                   static_cast<double>(frame->y - primary.y)};
+    return pointSpace().point(frame->x, frame->y);
 }
 
 std::optional<CGSize> X11WindowSystem::size(WindowElement window) const {
@@ -416,7 +399,7 @@ std::optional<CGSize> X11WindowSystem::size(WindowElement window) const {
     if (!frame) {
         return std::nullopt;
     }
-    return CGSize{static_cast<double>(frame->width), static_cast<double>(frame->height)};
+    return pointSpace().rect(*frame).size;
 }
 
 // --- Placing a window
@@ -460,17 +443,18 @@ std::int32_t X11WindowSystem::setPosition(WindowElement window, CGPoint position
     if (!live(window, Freshness::latest)) {
         return AXError::failure;
     }
-    const X11Rect primary = primaryMonitor();
-    return writer_->setPosition(static_cast<xcb_window_t>(window.value),
-                                toPixels(position.x) + primary.x, toPixels(position.y) + primary.y);
+    const X11PointSpace space = pointSpace();
+    return writer_->setPosition(static_cast<xcb_window_t>(window.value), space.rootX(position.x),
+                                space.rootY(position.y));
 }
 
 std::int32_t X11WindowSystem::setSize(WindowElement window, CGSize size) {
     if (!live(window, Freshness::latest)) {
         return AXError::failure;
     }
-    return writer_->setSize(static_cast<xcb_window_t>(window.value), toPixels(size.width),
-                            toPixels(size.height));
+    const X11PointSpace space = pointSpace();
+    return writer_->setSize(static_cast<xcb_window_t>(window.value), space.pixels(size.width),
+                            space.pixels(size.height));
 }
 
 void X11WindowSystem::settle(WindowElement window, std::chrono::milliseconds maximum) {
@@ -491,7 +475,7 @@ std::vector<OnScreenWindow> X11WindowSystem::onScreenWindows() const {
     }
     const X11RootState& root = mirror_->root();
     const X11Atoms& atoms = connection_.atoms();
-    const X11Rect primary = primaryMonitor();
+    const X11PointSpace space = pointSpace();
     for (auto it = root.stacking.rbegin(); it != root.stacking.rend(); ++it) {
         const X11WindowRecord* window = mirror_->find(*it);
         if (!window || window->gone || !window->isViewable ||
@@ -513,9 +497,7 @@ std::vector<OnScreenWindow> X11WindowSystem::onScreenWindows() const {
                       : window->hasState(atoms[X11Atom::_NET_WM_STATE_ABOVE])      ? keptAboveLayer
                       : window->hasState(atoms[X11Atom::_NET_WM_STATE_BELOW])      ? keptBelowLayer
                                                                                    : 0;
-        entry.bounds = CGRect(
-            static_cast<double>(frame->x - primary.x), static_cast<double>(frame->y - primary.y),
-            static_cast<double>(frame->width), static_cast<double>(frame->height));
+        entry.bounds = space.rect(*frame);
         entry.title = window->title();
         result.push_back(entry);
     }

@@ -6,6 +6,7 @@
 #include "platform/x11/X11DesktopEntries.h"
 #include "platform/x11/X11FrameWriter.h"
 #include "platform/x11/X11Monitors.h"
+#include "platform/x11/X11PointSpace.h"
 #include "platform/x11/X11WindowMirror.h"
 
 #include <QByteArray>
@@ -84,8 +85,8 @@ private:
     // or not a managed window.
     const X11WindowRecord* live(WindowElement window, Freshness freshness = Freshness::recent,
                                 std::uint32_t parts = 0) const;
-    // Root coordinates of the top-left space's origin: the primary monitor's top-left corner.
-    X11Rect primaryMonitor() const;
+    // Points and root pixels: the primary monitor as last read and the desktop's scale.
+    X11PointSpace pointSpace() const;
     std::optional<X11Rect> outerFrame(WindowElement window) const;
     void checkActivation();
     std::optional<std::int32_t> activePid() const;

@@ -25,7 +25,7 @@ constexpr std::uint32_t rightArrow = 124;
 using Combinations = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
 
 const QString refusedPrefix = u"Some global shortcuts could not be registered: "_s;
-const QString refusedSuffix = u"They may already be used by macOS or another app."_s;
+const QString refusedSuffix = u"They may already be used by your desktop or another app."_s;
 
 // Mail's inbox, frontmost, and a store over it.
 struct Desk {
@@ -86,7 +86,7 @@ TEST(ShortcutSetterTest, ReportsStoresAndKeepsTheKeysInStep) {
     const QByteArray spaceJson = R"({"keyCode":49,"modifiers":6144,"keyLabel":"Space"})";
     const QByteArray commandKJson = R"({"keyCode":40,"modifiers":256,"keyLabel":"K"})";
     const QByteArray layoutMaskJson = R"({"modifiers":6400})";
-    const QString alreadyUsed = u"That shortcut is already used by macOS or another app."_s;
+    const QString alreadyUsed = u"That shortcut is already used by your desktop or another app."_s;
     using Set = std::function<void(AppStore&)>;
     const Set commandK = [](AppStore& s) { s.setPlacementHotKey({40, command, u"K"_s}); };
     const Set commandOnly = [](AppStore& s) { s.setQuickHotKeyModifiers({command}); };

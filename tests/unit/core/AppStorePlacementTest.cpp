@@ -70,7 +70,7 @@ TEST(PlacementFailureTest, EveryCommandReportsTheErrorAndSchedulesNothing) {
     const QString noTarget = QStringLiteral("No target window is available.");
     // clang-format off
     const std::pair<std::function<void(MailDesk&)>, QString> cases[] = {
-        {[](auto& d) { d.fake.windowSystem.setTrusted(false); }, QStringLiteral("Tilmora needs Accessibility access before it can arrange windows.")},
+        {[](auto& d) { d.fake.windowSystem.setTrusted(false); }, QStringLiteral("Tilmora needs an X11 session with a window manager before it can arrange windows.")},
         {[](auto& d) { d.fake.windowSystem.setFrontmostApplication({}); }, noTarget},
         {[](auto& d) { d.fake.windowSystem.setScreens({}); }, noTarget},
         {[](auto& d) { d.fake.windowSystem.close(d.mail); }, noTarget}};

@@ -125,14 +125,14 @@ TEST_F(AppStoreRefreshTest, ActivationRecordsTheLastOtherApplicationOnTheNextTur
 
 TEST_F(AppStoreRefreshTest, AccessRequestReportsTheAnswer) {
     store.requestAccessibilityPermission();
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Accessibility access is enabled."));
+    EXPECT_EQ(store.statusMessage(), QStringLiteral("Window manager access is enabled."));
     EXPECT_EQ(fake.windowSystem.promptsShown(), 0);
 
     fake.windowSystem.setTrusted(false);
     store.requestAccessibilityPermission();
     EXPECT_FALSE(store.permissionGranted());
     EXPECT_EQ(store.statusMessage(),
-              QStringLiteral("Approve Tilmora in Accessibility settings, then check again."));
+              QStringLiteral("Start an EWMH window manager on this display, then check again."));
     EXPECT_EQ(fake.windowSystem.promptsShown(), 1);
 
     fake.windowSystem.setPromptGrantsTrust(true);

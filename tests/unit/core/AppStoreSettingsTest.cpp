@@ -141,7 +141,7 @@ TEST(AppStoreSettingsTest, GapIsClampedSavedAndAnnouncedOnEveryAssignment) {
 TEST(AppStoreSettingsTest, DragModifierIsSavedAndReportedAndAnEmptyOneLoadsAsCommand) {
     // clang-format off
     const std::vector<std::pair<std::uint32_t, QString>> cases{
-        {0x0900, QStringLiteral("Placement drag modifier changed to Option + Command (⌥⌘).")},
+        {0x0900, QStringLiteral("Placement drag modifier changed to Alt + Super (⌥⌘).")},
         {0x1000, QStringLiteral("Placement drag modifier changed to Control (⌃).")},
         {0x0400, QStringLiteral("Placement drag modifier changed to None.")},
         {0, QStringLiteral("Placement drag modifier changed to None.")}};

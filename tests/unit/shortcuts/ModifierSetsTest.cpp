@@ -17,12 +17,12 @@ TEST(PlacementDragModifierTest, DescribesTheSelectedModifiersInControlOptionShif
     };
     // clang-format off
     const Case cases[] = {
-        {0x0100, u"Command"_s, u"⌘"_s, u"command"_s}, {0x0200, u"Shift"_s, u"⇧"_s, u"shift"_s},
-        {0x0800, u"Option"_s, u"⌥"_s, u"option"_s}, {0x1000, u"Control"_s, u"⌃"_s, u"control"_s},
-        {0x0900, u"Option + Command"_s, u"⌥⌘"_s, u"keyboard"_s},
-        {0x1B00, u"Control + Option + Shift + Command"_s, u"⌃⌥⇧⌘"_s, u"keyboard"_s},
+        {0x0100, u"Super"_s, u"⌘"_s, u"command"_s}, {0x0200, u"Shift"_s, u"⇧"_s, u"shift"_s},
+        {0x0800, u"Alt"_s, u"⌥"_s, u"option"_s}, {0x1000, u"Control"_s, u"⌃"_s, u"control"_s},
+        {0x0900, u"Alt + Super"_s, u"⌥⌘"_s, u"keyboard"_s},
+        {0x1B00, u"Control + Alt + Shift + Super"_s, u"⌃⌥⇧⌘"_s, u"keyboard"_s},
         // Caps lock beside a single modifier still leaves one modifier.
-        {0x0500, u"Command"_s, u"⌘"_s, u"command"_s},
+        {0x0500, u"Super"_s, u"⌘"_s, u"command"_s},
         {0x0400, u"Modifier"_s, u"-"_s, u"keyboard"_s}, {0, u"Modifier"_s, u"-"_s, u"keyboard"_s}};
     // clang-format on
     for (const Case& c : cases) {

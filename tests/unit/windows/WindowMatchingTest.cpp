@@ -53,6 +53,7 @@ TEST(WindowPairingTest, PairsTheOnScreenEntryByTitleThenByFrame) {
         // The title contains the trimmed entry title, or the other way round, ignoring case.
         {"  Report.txt \n", {{"Notes", {0, 0, 500, 400}}, {"Report.txt - Editor", far}}, 1},
         {"Report.txt", {{"Notes", {0, 0, 500, 400}}, {"report", far}}, 1},
+        {"strasse", {{"Notes", {0, 0, 500, 400}}, {"Straße - Map", far}}, 1},
         // Otherwise the closest frame; identical frames go to the first.
         {nullptr, {{"", {600, 0, 500, 400}}, {"", {10, 0, 500, 400}}, {"", far}}, 1},
         {"Budget", {{"Notes", far}, {"Draft", {0, 0, 500, 410}}}, 1},

@@ -67,6 +67,9 @@ X11TestDesktop::X11TestDesktop(const Options& options)
             return;
         }
     }
+    if (options.xftDpi > 0) {
+        setXftDpi(options.xftDpi);
+    }
     ready_ = startWindowManager(options.windowManager);
 }
 
@@ -150,17 +153,58 @@ bool X11TestDesktop::startServer(const std::string& screenSize, const std::strin
     return true;
 }
 
-bool X11TestDesktop::startWindowManager(WindowManager manager) {
+bool X11TestDesktop::replaceWindowManager(WindowManager manager) {
+    const std::vector<xcb_window_t> clients = clientList();
+    X11TestProcess previous = std::move(windowManager_);
+    options_.windowManager = manager;
+    if (!startWindowManager(manager, true) ||
+        // The previous manager exits once it has given every window back.
+        !waitUntil([&] { return !previous.isRunning(); })) {
+        return false;
+    }
+    return waitUntil([&] {
+        const std::vector<xcb_window_t> listed = clientList();
+        return std::all_of(clients.begin(), clients.end(), [&](xcb_window_t window) {
+            return std::find(listed.begin(), listed.end(), window) != listed.end() &&
+                   !cardinals(window, "_NET_FRAME_EXTENTS").empty();
+        });
+    });
+}
+
+bool X11TestDesktop::killWindowManager() {
+    const auto check = windowManagerCheck();
+    if (!check) {
+        return false;
+    }
+    xcb_kill_client(observer_, *check);
+    xcb_flush(observer_);
+    return waitUntil([&] { return !windowManagerCheck(); });
+}
+
+std::optional<xcb_window_t> X11TestDesktop::windowManagerCheck() const {
+    const auto check = cardinals(root(), "_NET_SUPPORTING_WM_CHECK");
+    if (check.empty() || cardinals(check.front(), "_NET_SUPPORTING_WM_CHECK") != check ||
+        cardinals(root(), "_NET_SUPPORTED").empty()) {
+        return std::nullopt;
+    }
+    return check.front();
+}
+
+bool X11TestDesktop::startWindowManager(WindowManager manager, bool replacing) {
     if (manager == WindowManager::none) {
         return true;
     }
+    const std::optional<xcb_window_t> previousCheck = windowManagerCheck();
     X11TestProcess::Options options;
     const std::string home = scratch_.path().toStdString();
     options.environment = {{"DISPLAY", display_},
                            {"HOME", home},
                            {"XDG_CONFIG_HOME", home + "/config"},
                            {"XDG_CACHE_HOME", home + "/cache"}};
-    options.outputFile = scratch_.filePath(QStringLiteral("wm.log")).toStdString();
+    // One log per manager started, so that a replacement keeps what the previous one wrote.
+    static int started = 0;
+    options.outputFile =
+        scratch_.filePath(QStringLiteral("wm-%1.log").arg(++started)).toStdString();
     if (manager == WindowManager::openboxDefaults) {
         // Without --config-file and with an empty XDG_CONFIG_HOME, openbox reads the file it
         // ships with from the system configuration directories.
@@ -193,8 +237,14 @@ bool X11TestDesktop::startWindowManager(WindowManager manager) {
         options.environment["ICEWM_PRIVCFG"] = directory.toStdString();
         options.arguments = {"icewm"};
     }
+    if (replacing) {
+        options.arguments.push_back("--replace");
+    }
     windowManager_ = X11TestProcess(options);
-    if (!waitUntil([this] { return hasWindowManager(); })) {
+    if (!waitUntil([&] {
+            const auto check = windowManagerCheck();
+            return check && check != previousCheck;
+        })) {
         return false;
     }
     // A manager announces itself before its event loop runs, and a window mapped in between
@@ -268,12 +318,6 @@ std::vector<std::uint32_t> X11TestDesktop::cardinals(xcb_window_t window,
     return result;
 }
 
-bool X11TestDesktop::hasWindowManager() const {
-    const auto check = cardinals(root(), "_NET_SUPPORTING_WM_CHECK");
-    return !check.empty() && cardinals(check.front(), "_NET_SUPPORTING_WM_CHECK") == check &&
-           !cardinals(root(), "_NET_SUPPORTED").empty();
-}
-
 std::vector<xcb_window_t> X11TestDesktop::clientList() const {
     return cardinals(root(), "_NET_CLIENT_LIST");
 }
@@ -315,6 +359,25 @@ X11TestDesktop::clientGeometry(xcb_window_t window) const {
     std::free(geometry);
     std::free(origin);
     return result;
+}
+
+std::optional<std::array<std::int32_t, 4>> X11TestDesktop::outerFrame(xcb_window_t window) const {
+    const auto client = clientGeometry(window);
+    if (!client) {
+        return std::nullopt;
+    }
+    auto frame = cardinals(window, "_NET_FRAME_EXTENTS");
+    auto shadow = cardinals(window, "_GTK_FRAME_EXTENTS");
+    frame.resize(4, 0);
+    shadow.resize(4, 0);
+    // Left, right, top, bottom: what the frame adds less what the shadow takes away.
+    std::array<std::int32_t, 4> side{};
+    for (std::size_t i = 0; i < 4; ++i) {
+        side[i] = static_cast<std::int32_t>(frame[i]) - static_cast<std::int32_t>(shadow[i]);
+    }
+    const auto& c = *client;
+    return std::array<std::int32_t, 4>{c[0] - side[0], c[1] - side[2], c[2] + side[0] + side[1],
+                                       c[3] + side[2] + side[3]};
 }
 
 bool X11TestDesktop::waitUntil(const std::function<bool()>& condition,
@@ -379,6 +442,12 @@ X11TestDesktop::Client X11TestDesktop::startTestClient(const std::vector<std::st
     return startManagedClient(options, windowCount);
 }
 
+bool X11TestDesktop::startPanel(const std::string& strut, const std::string& geometry) {
+    return !startTestClient(
+                {"--type", "DOCK", "--strut", strut, "--geometry", geometry, "--title", "Panel"})
+                .windows.empty();
+}
+
 X11TestDesktop::Client X11TestDesktop::startXterm(const std::vector<std::string>& arguments) {
     X11TestProcess::Options options;
     options.arguments = {"xterm"};
@@ -409,6 +478,15 @@ std::optional<int> X11TestDesktop::runTool(std::vector<std::string> arguments) {
 
 bool X11TestDesktop::setMonitor(const Monitor& monitor) {
     return runTool({"xrandr", "--setmonitor", monitor.name, monitor.geometry, monitor.output}) == 0;
+}
+
+void X11TestDesktop::setXftDpi(int dpi) {
+    const std::string resources = "Xft.dpi:\t" + std::to_string(dpi) + "\n";
+    xcb_change_property(observer_, XCB_PROP_MODE_REPLACE, root(), XCB_ATOM_RESOURCE_MANAGER,
+                        XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(resources.size()),
+                        resources.data());
+    // Done once the server has answered a request sent after it.
+    std::free(xcb_get_input_focus_reply(observer_, xcb_get_input_focus(observer_), nullptr));
 }
 
 bool X11TestDesktop::deleteMonitor(const std::string& name) {

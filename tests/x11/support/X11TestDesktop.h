@@ -36,6 +36,8 @@ public:
         WindowManager windowManager = WindowManager::openbox;
         std::string screenSize = "3360x1080";
         std::vector<Monitor> monitors;
+        // The desktop's Xft.dpi, set before the manager starts; 0 leaves it unset (96).
+        int xftDpi = 0;
     };
 
     struct Client {
@@ -63,6 +65,9 @@ public:
     // manager manages `windowCount` of its windows.
     Client startTestClient(const std::vector<std::string>& arguments, int windowCount = 1);
     Client startXterm(const std::vector<std::string>& arguments);
+    // A panel: a dock window at `geometry` reserving `strut` (_NET_WM_STRUT_PARTIAL, 12
+    // numbers). False when it was not managed.
+    bool startPanel(const std::string& strut, const std::string& geometry);
     // Stops a client and waits until its windows have left the client list.
     void stopClient(pid_t pid);
 
@@ -70,8 +75,16 @@ public:
     // back on the same display, without clients.
     void stopServer();
     bool restart();
+    // Starts `manager` with --replace, as a user switching managers does: the running one hands
+    // the screen over and exits, the new one frames every window. True once it has.
+    bool replaceWindowManager(WindowManager manager);
+    // Kills the manager's connection, as xkill does: it dies as on a crash, and the server
+    // hands its windows back to the root. True once no manager announces itself.
+    bool killWindowManager();
 
     bool setMonitor(const Monitor& monitor);
+    // Replaces the root's RESOURCE_MANAGER with one line, "Xft.dpi: <dpi>", as xrdb would.
+    void setXftDpi(int dpi);
     bool deleteMonitor(const std::string& name);
     // Runs an X command-line tool against this display; its exit status.
     std::optional<int> runTool(std::vector<std::string> arguments);
@@ -88,16 +101,20 @@ public:
     std::vector<std::uint32_t> cardinals(xcb_window_t window, const char* property) const;
     // The client area of a window in root coordinates.
     std::optional<std::array<std::int32_t, 4>> clientGeometry(xcb_window_t window) const;
+    // The outer visible frame: the client area grown by _NET_FRAME_EXTENTS and shrunk by
+    // _GTK_FRAME_EXTENTS, as this connection sees them on the server.
+    std::optional<std::array<std::int32_t, 4>> outerFrame(xcb_window_t window) const;
 
     // Points the process's XDG data directories at `directory` (desktop entries for tests).
     static void useDataDirectory(const std::string& directory);
 
 private:
     bool startServer(const std::string& screenSize, const std::string& display = {});
-    bool startWindowManager(WindowManager manager);
+    // With `replacing`, the manager takes over from the running one.
+    bool startWindowManager(WindowManager manager, bool replacing = false);
+    std::optional<xcb_window_t> windowManagerCheck() const;
     Client startManagedClient(X11TestProcess::Options options, int windowCount);
     xcb_atom_t atom(const char* name) const;
-    bool hasWindowManager() const;
 
     QTemporaryDir scratch_;
     X11TestProcess server_;
