@@ -18,8 +18,9 @@ packages=(
   # X11 tests: servers, window managers, clients and command-line tools
   xvfb openbox icewm fluxbox xfwm4 xfconf dbus-daemon xterm x11-xserver-utils x11-utils x11-xkb-utils xdotool wmctrl
   # `make run` without a display: a panel and a tray for the demo session, its screenshots, and
-  # the accessibility client that drives the application in the demo and the end-to-end tests
-  lemonbar trayer imagemagick python3-pyatspi
+  # the accessibility and tray (D-Bus) clients that drive the application in the demo and the
+  # end-to-end tests
+  lemonbar trayer imagemagick python3-pyatspi at-spi2-core python3-dbus python3-gi
 )
 
 missing=()
