@@ -92,7 +92,10 @@ def tour(session, tilmora, output):
     session.start_terminal("Build log", f"100x30+{right[0] + 860}+300")
 
     t.step("Tilmora starts as a user starts it: `tilmora`, no command. It becomes the instance "
-           "of this display and opens its main window.")
+           "of this display and opens its main window on the monitor the user works on, the "
+           "left one here.")
+    session.run(["xdotool", "mousemove", str(left[0] + left[2] // 2),
+                 str(left[1] + left[3] // 2)], check=True)
     with open(os.path.join(output, "tilmora.log"), "w") as log:
         instance = session.spawn([tilmora], stdout=log, stderr=log)
     main_window = wait_for("the main window", lambda: session.window_of("Arrange"), timeout=20)
