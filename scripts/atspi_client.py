@@ -47,6 +47,12 @@ def find(root, role, name, timeout=10.0):
         time.sleep(0.1)
 
 
+def showing(root, role, name):
+    """Whether an accessible with this role and name is showing now."""
+    return any(node.getRoleName() == role and node.name == name
+               and node.getState().contains(pyatspi.STATE_SHOWING) for node in nodes(root))
+
+
 def act(node, action=None):
     """Performs the node's action called `action`, or its first one."""
     actions = node.queryAction()

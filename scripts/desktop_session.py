@@ -60,10 +60,12 @@ def wait_for(what, condition, timeout=15.0, interval=0.05):
 
 
 class DesktopSession:
-    def __init__(self, monitors=TWO_MONITORS, panel=False, tray_host=False, dpi=None):
+    def __init__(self, monitors=TWO_MONITORS, panel=False, tray_host=False, dpi=None,
+                 window_manager=True):
         self.monitors = monitors
         self.panel = panel
         self.tray_host = tray_host
+        self.window_manager = window_manager
         self.dpi = dpi
         self.processes = []
         self.workdir = tempfile.mkdtemp(prefix="tilmora-session-")
@@ -107,7 +109,8 @@ class DesktopSession:
         # This process talks to the session too (AT-SPI, the tray's D-Bus protocol, X tools).
         for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
             os.environ[name] = self.env[name]
-        self._start_window_manager()
+        if self.window_manager:
+            self.start_window_manager()
         if self.panel:
             self._start_panel()
         if self.tray_host:
@@ -196,7 +199,7 @@ class DesktopSession:
             raise SessionError("the D-Bus session bus did not start")
         self.env["DBUS_SESSION_BUS_ADDRESS"] = address
 
-    def _start_window_manager(self):
+    def start_window_manager(self):
         config = os.path.join(self.workdir, "openbox.xml")
         with open(config, "w") as file:
             file.write(OPENBOX_CONFIG)

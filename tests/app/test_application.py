@@ -154,6 +154,52 @@ class WithoutTrayHost(unittest.TestCase):
             log.close()
 
 
+class WithoutWindowManager(unittest.TestCase):
+    """Started before any window manager: the permission banner says what is missing, "Relaunch"
+    replaces the instance with a new one, and "Check Again" once a manager runs clears it."""
+
+    def test_banner_relaunch_and_check_again(self):
+        import atspi_client as atspi
+
+        with DesktopSession(window_manager=False) as session:
+            log = open(os.path.join(ARTIFACTS, "application-without-manager.log"), "w")
+            first = session.spawn([TILMORA], stdout=log, stderr=log)
+            app = atspi.application("Tilmora")
+            atspi.find(app, "label", "Window manager access required")
+            session.screenshot(os.path.join(ARTIFACTS, "permission-banner.png"))
+
+            atspi.act(atspi.find(app, "push button", "Relaunch"))
+            wait_for("the first instance to quit", lambda: first.poll() is not None)
+            self.assertEqual(first.returncode, 0)
+            # The new instance is a process of its own, started detached.
+            wait_for("the new instance", lambda: self.instance_pids(session), timeout=20)
+            self.assertNotIn(first.pid, self.instance_pids(session))
+
+            session.start_window_manager()
+            app = atspi.application("Tilmora")
+            atspi.act(atspi.find(app, "push button", "Check Again"))
+            wait_for("the banner to go", lambda: not atspi.showing(
+                app, "label", "Window manager access required"))
+            for pid in self.instance_pids(session):
+                os.kill(pid, 15)
+            log.close()
+
+    @staticmethod
+    def instance_pids(session):
+        """The instances of this session's display (other tests may run their own)."""
+        result = subprocess.run(["pgrep", "-x", "tilmora-app"], capture_output=True, text=True)
+        mine = f"XDG_RUNTIME_DIR={session.env['XDG_RUNTIME_DIR']}".encode()
+        pids = []
+        for pid in map(int, result.stdout.split()):
+            try:
+                with open(f"/proc/{pid}/environ", "rb") as environ:
+                    if mine in environ.read().split(b"\0"):
+                        pids.append(pid)
+            except OSError:
+                pass
+        return pids
+
+
 def main():
     global TILMORA, ARTIFACTS
     parser = argparse.ArgumentParser()
