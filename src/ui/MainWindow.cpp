@@ -61,6 +61,7 @@ MainWindow::MainWindow(AppStore& store, QWidget* parent)
 }
 
 void MainWindow::buildMenus() {
+    menuBar()->setAccessibleName(QStringLiteral("Menu bar"));
     QMenu* application = menuBar()->addMenu(QStringLiteral("Tilmora"));
     application->addAction(SymbolIcon::icon(QStringLiteral("info.circle")),
                            QStringLiteral("About Tilmora"), this, &MainWindow::aboutRequested);
@@ -84,6 +85,10 @@ void MainWindow::buildToolbar() {
     tools->setContextMenuPolicy(Qt::PreventContextMenu);
     tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     tools->setIconSize(QSize(18, 18));
+    // Qt's own button for tools that do not fit; it is a control like any other for AT-SPI.
+    if (auto* more = tools->findChild<QWidget*>(QStringLiteral("qt_toolbar_ext_button"))) {
+        more->setAccessibleName(QStringLiteral("More tools"));
+    }
 
     QAction* refresh =
         tools->addAction(SymbolIcon::icon(QStringLiteral("arrow.clockwise")),
@@ -108,7 +113,10 @@ void MainWindow::showSection() {
 }
 
 void MainWindow::showStatus() {
-    status_->setText(store_.statusMessage().value_or(QString()));
+    const QString message = store_.statusMessage().value_or(QString());
+    status_->setText(message);
+    // A screen reader finds the line by its name also while it is empty.
+    status_->setAccessibleName(message.isEmpty() ? QStringLiteral("Status") : message);
 }
 
 } // namespace tilmora
