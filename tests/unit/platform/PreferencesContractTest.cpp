@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -121,19 +120,6 @@ TEST_F(SettingsFileTest, EveryWriteReachesTheFileAtOnceAndKeysThatExtendEachOthe
     expectReads(*preferences, QStringLiteral("Tilmora"), {std::nullopt, false, "[]"});
 }
 
-TEST_F(SettingsFileTest, StoringWhatIsAlreadyThereLeavesTheFileAlone) {
-    preferences->setDouble(QStringLiteral("Tilmora.layoutGap"), 8);
-    preferences->setData(QStringLiteral("Tilmora.displayLayoutProfiles"), "[]");
-    restart();
-    const QDateTime written = QFileInfo(path).lastModified();
-    QThread::msleep(20);
-    preferences->setDouble(QStringLiteral("Tilmora.layoutGap"), 8);
-    preferences->setData(QStringLiteral("Tilmora.displayLayoutProfiles"), "[]");
-    EXPECT_EQ(QFileInfo(path).lastModified(), written);
-    preferences->setDouble(QStringLiteral("Tilmora.layoutGap"), 4);
-    EXPECT_NE(QFileInfo(path).lastModified(), written);
-}
-
 // The settings file as found on disk, written by an earlier run or by hand.
 TEST_F(SettingsFileTest, LinesReadAsTheFormWrittenUntilATypedWriteReplacesThem) {
     const auto text = [](const char* t) { return Reads{{}, false, {}, QString::fromUtf8(t)}; };
@@ -168,18 +154,6 @@ TEST_F(SettingsFileTest, LinesReadAsTheFormWrittenUntilATypedWriteReplacesThem) 
     for (std::size_t i = 0; i < lines.size(); ++i) {
         expectReads(*preferences, caseKey(i), {8.0, true});
     }
-}
-
-TEST(QSettingsPreferencesTest, DefaultFileIsNamedAfterTheApplicationInTheXdgConfigDirectory) {
-    const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
-    qputenv("XDG_CONFIG_HOME", "/tmp/tilmora-config-home");
-    const QString path = QSettingsPreferences::defaultFilePath();
-    if (saved.isNull()) {
-        qunsetenv("XDG_CONFIG_HOME");
-    } else {
-        qputenv("XDG_CONFIG_HOME", saved);
-    }
-    EXPECT_EQ(path, QStringLiteral("/tmp/tilmora-config-home/tilmora/tilmora.conf"));
 }
 
 } // namespace
