@@ -69,16 +69,12 @@ protected:
 TEST_F(CommandRunnerTest, PrintsTheStatusLineAndExitsWithItsOutcome) {
     // clang-format off
     const std::tuple<const char*, int, const char*> cases[] = {
-        {"apply leftHalf", 0, "Left Half applied to Mail.\n"},
-        {"grid 0 0 2 1", 0, "Grid area applied to Mail.\n"},
-        {"next-display", 0, "Moved Mail to next display.\n"},
         {"select-display 2", 0, "Screen 2 selected for Custom Grid.\n"},
         {"profile 2 --columns 12 --gap 6.5", 0, "2\tStudio\t8 x 1\tgap 6.5\n"},
         {"--window nope apply maximize", 1, "The selected window is no longer available.\n"},
         {"windows", 0, "org.example.Mail-10-0-Inbox\tMail\tInbox\t100, 100  600 x 400\tActive\n"},
         {"displays", 0, "1\t1\tBuilt-in\t0, 0  1440 x 900\t0, 25  1440 x 875\tmain\n"
                                        "2\t2\tStudio\t1440, 0  1920 x 1080\t1440, 25  1920 x 1055\tpointer selected\n"},
-        {"apply LeftHalf", 2, ""},
         {"grid one two", 2, ""},
         {"select-display 3", 1, ""},
         {"--json apply maximize", 2, ""},
