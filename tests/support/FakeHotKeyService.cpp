@@ -20,9 +20,7 @@ HotKeyRegistrationResult FakeHotKeyService::registerHotKey(std::uint32_t keyCode
 }
 
 void FakeHotKeyService::unregisterHotKey(HotKeyHandle handle) {
-    if (std::erase_if(registrations_, [&](auto& r) { return r.handle == handle; }) == 0) {
-        ++staleUnregistrations_;
-    }
+    std::erase_if(registrations_, [&](auto& r) { return r.handle == handle; });
 }
 
 const FakeHotKeyService::Registration* FakeHotKeyService::find(auto matches) const {

@@ -37,7 +37,6 @@ public:
     bool pressShortcut(std::uint32_t keyCode, std::uint32_t modifiers);
     // A press read before its key went away: delivered by id whatever is registered now.
     bool pressQueued(std::uint32_t id);
-    bool hasHandler() const { return static_cast<bool>(handler_); }
 
     // The active registration under this id, else null.
     const Registration* registered(std::uint32_t id) const;
@@ -45,8 +44,6 @@ public:
     const std::vector<Registration>& registrations() const { return registrations_; }
     // registerHotKey() calls so far.
     int attempts() const { return attempts_; }
-    // unregisterHotKey() calls whose handle was not (or no longer) registered.
-    int staleUnregistrations() const { return staleUnregistrations_; }
 
 private:
     const Registration* find(auto matches) const;
@@ -56,7 +53,6 @@ private:
     PressedHandler handler_;
     std::uint64_t nextHandle_ = 1;
     int attempts_ = 0;
-    int staleUnregistrations_ = 0;
 };
 
 } // namespace tilmora

@@ -11,7 +11,6 @@ namespace tilmora {
 bool FakeWindowSystem::requestTrust() {
     if (!trusted_) {
         ++promptsShown_;
-        trusted_ = promptGrantsTrust_;
     }
     return trusted_;
 }
@@ -26,7 +25,8 @@ void FakeWindowSystem::setActivationHandler(ActivationHandler handler) {
 
 void FakeWindowSystem::addApplication(std::int32_t pid, std::optional<QString> bundleIdentifier,
                                       std::optional<QString> localizedName) {
-    addApplication({pid, std::move(bundleIdentifier), std::move(localizedName), true, false});
+    applications_.push_back(
+        {pid, std::move(bundleIdentifier), std::move(localizedName), true, false});
 }
 
 RunningApplication& FakeWindowSystem::applicationState(std::int32_t pid) {
@@ -155,12 +155,8 @@ std::int32_t FakeWindowSystem::setSize(WindowElement element, CGSize size) {
     });
 }
 
-void FakeWindowSystem::settle(WindowElement element, std::chrono::milliseconds maximum) {
+void FakeWindowSystem::settle(WindowElement, std::chrono::milliseconds) {
     calls_.push_back(Call::settle);
-    settleLimits_.push_back(maximum);
-    if (settleHook_) {
-        settleHook_(element);
-    }
 }
 
 std::vector<OnScreenWindow> FakeWindowSystem::onScreenWindows() const {

@@ -80,11 +80,9 @@ public:
     void setScreens(std::vector<ScreenDescription> screens) { screens_ = std::move(screens); }
     void setPointerLocation(CGPoint location) { pointer_ = location; }
     void setTrusted(bool trusted) { trusted_ = trusted; }
-    // Whether the user grants access when asked; promptsShown() counts the questions.
-    void setPromptGrantsTrust(bool grants) { promptGrantsTrust_ = grants; }
+    // How often access was asked for; the user never grants it.
     int promptsShown() const { return promptsShown_; }
 
-    void addApplication(const RunningApplication& app) { applications_.push_back(app); }
     // A regular, running application.
     void addApplication(std::int32_t pid, std::optional<QString> bundleIdentifier,
                         std::optional<QString> localizedName);
@@ -108,12 +106,9 @@ public:
     void setOnScreenWindows(std::vector<OnScreenWindow> windows) {
         scriptedOnScreen_ = std::move(windows);
     }
-    // Called after every settle() is recorded, to let a window change while the caller waits.
-    void setSettleHook(std::function<void(WindowElement)> hook) { settleHook_ = std::move(hook); }
 
-    // Every raise, write and settle in call order, and how long each settle could wait.
+    // Every raise, write and settle in call order.
     const std::vector<Call>& calls() const { return calls_; }
-    const std::vector<std::chrono::milliseconds>& settleLimits() const { return settleLimits_; }
     void clearCalls() { calls_.clear(); }
 
 private:
@@ -132,7 +127,6 @@ private:
     std::vector<ScreenDescription> screens_;
     CGPoint pointer_;
     bool trusted_ = true;
-    bool promptGrantsTrust_ = false;
     int promptsShown_ = 0;
     std::vector<RunningApplication> applications_;
     std::optional<std::int32_t> frontmost_;
@@ -144,9 +138,7 @@ private:
     std::map<std::int32_t, std::optional<WindowElement>> focused_;
     std::vector<WindowElement> stacking_; // front-most first
     std::optional<std::vector<OnScreenWindow>> scriptedOnScreen_;
-    std::function<void(WindowElement)> settleHook_;
     std::vector<Call> calls_;
-    std::vector<std::chrono::milliseconds> settleLimits_;
 };
 
 } // namespace tilmora

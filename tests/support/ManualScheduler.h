@@ -29,8 +29,6 @@ public:
     // Runs soon tasks, and delayed ones due now, until none is left; the clock does not move.
     void runPending() { advance(std::chrono::milliseconds(0)); }
 
-    // Time since construction.
-    std::chrono::milliseconds now() const { return now_; }
     // Soon, delayed and repeating tasks that may still run.
     std::size_t scheduledCount() const { return soonTasks_.size() + timers_.size(); }
 

@@ -2,10 +2,6 @@
 #include "cli/CommandRunner.h"
 #include "support/FakePlatform.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
 #include <gtest/gtest.h>
 
 #include <tuple>
@@ -73,27 +69,18 @@ protected:
 TEST_F(CommandRunnerTest, PrintsTheStatusLineAndExitsWithItsOutcome) {
     // clang-format off
     const std::tuple<const char*, int, const char*> cases[] = {
-        {"apply leftHalf", 0, "Left Half applied to Mail.\n"},
-        {"grid 1 0", 0, "Grid cell applied to Mail.\n"},
-        {"grid 0 0 2 1", 0, "Grid area applied to Mail.\n"},
-        {"next-display", 0, "Moved Mail to next display.\n"},
         {"select-display 2", 0, "Screen 2 selected for Custom Grid.\n"},
         {"profile 2 --columns 12 --gap 6.5", 0, "2\tStudio\t8 x 1\tgap 6.5\n"},
         {"--window nope apply maximize", 1, "The selected window is no longer available.\n"},
         {"windows", 0, "org.example.Mail-10-0-Inbox\tMail\tInbox\t100, 100  600 x 400\tActive\n"},
         {"displays", 0, "1\t1\tBuilt-in\t0, 0  1440 x 900\t0, 25  1440 x 875\tmain\n"
                                        "2\t2\tStudio\t1440, 0  1920 x 1080\t1440, 25  1920 x 1055\tpointer selected\n"},
-        {"apply LeftHalf", 2, ""},
         {"grid one two", 2, ""},
-        {"grid 1 2 3", 2, ""},
         {"select-display 3", 1, ""},
         {"--json apply maximize", 2, ""},
-        {"arrange", 2, ""},
-        {"windows all", 2, ""},
         {"restore Nothing", 1, ""},
         // Only a running instance has a menu to pop up.
         {"menu", 1, ""},
-        {"menu now", 2, ""},
         {"profile 1 --colour 3", 2, ""}};
     // clang-format on
     for (const auto& [line, exitCode, printed] : cases) {
@@ -106,46 +93,6 @@ TEST_F(CommandRunnerTest, PrintsTheStatusLineAndExitsWithItsOutcome) {
     }
 }
 
-TEST_F(CommandRunnerTest, MenuPopsUpTheInstancesMenu) {
-    AppStore store(fake.platform());
-    QTextStream out(&output);
-    QTextStream err(&errors);
-    CommandRunner runner(store, out, err);
-    int popUps = 0;
-    runner.setMenuPopUp([&popUps] { ++popUps; });
-    EXPECT_EQ(runner.run(CommandLine::parse(words("menu"))), CommandRunner::success);
-    EXPECT_EQ(popUps, 1);
-    EXPECT_TRUE(output.isEmpty() && errors.isEmpty());
-}
-
-TEST_F(CommandRunnerTest, UnknownLayoutListsTheFifteenNames) {
-    EXPECT_EQ(run("apply sideways"), CommandRunner::usageError);
-    EXPECT_TRUE(errors.contains(QStringLiteral("leftHalf, rightHalf, topHalf, bottomHalf, "
-                                               "maximize, center, topLeft")));
-    EXPECT_TRUE(errors.contains(QStringLiteral("usage: tilmora")));
-}
-
-TEST_F(CommandRunnerTest, SavedLayoutsAreFoundByNameNewestFirst) {
-    EXPECT_EQ(run("save Work"), 0);
-    EXPECT_EQ(output, QStringLiteral("Saved Work.\n"));
-    fake.windowSystem.window(mail).frame = {200, 200, 700, 500};
-    EXPECT_EQ(run("save Work"), 0);
-    fake.windowSystem.window(mail).frame = {0, 0, 300, 300};
-
-    EXPECT_EQ(run("layouts"), 0);
-    EXPECT_EQ(output.count(u'\n'), 2);
-    EXPECT_TRUE(output.startsWith(QStringLiteral("Work\t1 windows\t")));
-
-    EXPECT_EQ(run("restore Work"), 0);
-    EXPECT_EQ(output, QStringLiteral("Restored 1 windows.\n"));
-    EXPECT_EQ(fake.windowSystem.window(mail).frame, CGRect(200, 200, 700, 500));
-
-    EXPECT_EQ(run("delete Work"), 0);
-    EXPECT_EQ(output, QStringLiteral("Deleted Work.\n"));
-    EXPECT_EQ(run("restore Work"), 0);
-    EXPECT_EQ(fake.windowSystem.window(mail).frame, CGRect(100, 100, 600, 400));
-}
-
 TEST_F(CommandRunnerTest, FailuresOfTheStoreExitWithOne) {
     fake.windowSystem.setScreens({builtInScreen});
     EXPECT_EQ(run("next-display"), CommandRunner::failure);
@@ -155,18 +102,6 @@ TEST_F(CommandRunnerTest, FailuresOfTheStoreExitWithOne) {
     fake.windowSystem.close(mail);
     EXPECT_EQ(run("save"), CommandRunner::failure);
     EXPECT_EQ(output, QStringLiteral("No windows are available to save.\n"));
-}
-
-TEST_F(CommandRunnerTest, JsonListingsParse) {
-    for (const char* line : {"--json displays", "--json windows", "--json layouts"}) {
-        EXPECT_EQ(run(line), 0);
-        EXPECT_TRUE(QJsonDocument::fromJson(output.toUtf8()).isArray()) << line;
-    }
-    run("--json windows");
-    const QJsonObject window = QJsonDocument::fromJson(output.toUtf8()).array().first().toObject();
-    EXPECT_EQ(window.value(QStringLiteral("id")).toString(),
-              QStringLiteral("org.example.Mail-10-0-Inbox"));
-    EXPECT_EQ(window.value(QStringLiteral("frame")).toObject().value(QStringLiteral("width")), 600);
 }
 
 } // namespace

@@ -107,27 +107,6 @@ TEST_F(AppStoreDisplaysTest, SelectionStartsUnderThePointerAndNeedsTwoDisplays) 
     EXPECT_EQ(store.activeDisplayProfile().displayName, QStringLiteral("Default"));
 }
 
-TEST_F(AppStoreDisplaysTest, SelectingShowsOneCardAndIdentifyingNumbersEveryDisplay) {
-    fake.windowSystem.setPointerLocation({-10, 10});
-    connect({builtIn, studio, side});
-    using Cards = std::vector<std::tuple<int, bool, bool>>;
-    EXPECT_EQ(cardsShownBy([&] { store.selectDisplay(2); }), (Cards{{2, true, false}}));
-    EXPECT_EQ(seconds, 1.15);
-    EXPECT_EQ(store.selectedDisplayID(), 2u);
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Screen 2 selected for Custom Grid."));
-
-    EXPECT_EQ(cardsShownBy([&] { store.identifyDisplays(); }),
-              (Cards{{1, false, false}, {2, true, false}, {3, false, true}}));
-    EXPECT_EQ(seconds, 2.5);
-    EXPECT_EQ(store.displayNumber(3), 3);
-    EXPECT_FALSE(store.displayNumber(9));
-
-    store.setStatusMessage(std::nullopt);
-    EXPECT_TRUE(cardsShownBy([&] { store.selectDisplay(77); }).empty());
-    EXPECT_FALSE(store.selectedDisplayID());
-    EXPECT_FALSE(store.statusMessage());
-}
-
 TEST_F(AppStoreDisplaysTest, EditsClampPresentValuesKeepTheRestAndSkipUnknownDisplays) {
     connect({builtIn});
     // clang-format off
@@ -147,36 +126,6 @@ TEST_F(AppStoreDisplaysTest, EditsClampPresentValuesKeepTheRestAndSkipUnknownDis
     store.updateDisplayProfile(9, 4, 4, 4);
     store.resetDisplayProfile(9);
     EXPECT_EQ(store.displayProfiles(), before);
-}
-
-TEST_F(AppStoreDisplaysTest, ActiveProfileEditsFallBackToTheStoreDefaults) {
-    store.updateActiveDisplayProfile(12, 0, 40);
-    EXPECT_EQ(store.gridColumns(), 8);
-    EXPECT_EQ(store.gridRows(), 1);
-    EXPECT_EQ(store.gap(), 32);
-
-    connect({builtIn, studio});
-    store.selectDisplay(2);
-    store.updateActiveDisplayProfile(std::nullopt, 3, std::nullopt);
-    EXPECT_EQ(store.displayProfiles()[1].rows, 3);
-    EXPECT_EQ(store.activeDisplayProfile(), store.displayProfiles()[1]);
-    EXPECT_EQ(store.gridRows(), 1);
-}
-
-TEST_F(AppStoreDisplaysTest, ResetAndUnknownDisplaysUseTheCurrentNameAndDefaults) {
-    connect({builtIn, studio});
-    store.updateDisplayProfile(2, 6, 5, 20);
-    store.setGridColumns(4);
-    store.setGridRows(3);
-    store.resetDisplayProfile(2);
-    EXPECT_EQ(storedProfiles()[1], (DisplayLayoutProfile{2, QStringLiteral("Studio"), 4, 3, 0}));
-    DisplayGeometry unknown;
-    unknown.id = 42;
-    unknown.name = QStringLiteral("Projector");
-    EXPECT_EQ(store.displayProfile(unknown),
-              (DisplayLayoutProfile{42, QStringLiteral("Projector"), 4, 3, 0}));
-    EXPECT_EQ(store.displayProfileMap().size(), 2);
-    EXPECT_EQ(store.displayProfileMap().value(2), store.displayProfiles()[1]);
 }
 
 } // namespace

@@ -66,22 +66,6 @@ TEST(HotKeyStartMessageTest, NamesTheFirstFourRefusalsAndCountsTheRest) {
     }
 }
 
-TEST(AppStoreHotKeysTest, KeysRunTheirCommandsOnALaterTurn) {
-    Desk desk;
-    auto& [fake, store] = desk;
-    FakeCanvas canvas;
-    store->setPlacementCanvas(&canvas);
-    store->start();
-    ASSERT_TRUE(fake.hotKeyService.pressShortcut(leftArrow, layoutMask));
-    EXPECT_FALSE(store->statusMessage());
-    fake.scheduler.runPending();
-    EXPECT_EQ(store->statusMessage(), u"Left Half applied to Mail."_s);
-
-    ASSERT_TRUE(fake.hotKeyService.pressShortcut(space, controlOption));
-    fake.scheduler.runPending();
-    EXPECT_TRUE(canvas.open);
-}
-
 TEST(ShortcutSetterTest, ReportsStoresAndKeepsTheKeysInStep) {
     const QByteArray spaceJson = R"({"keyCode":49,"modifiers":6144,"keyLabel":"Space"})";
     const QByteArray commandKJson = R"({"keyCode":40,"modifiers":256,"keyLabel":"K"})";

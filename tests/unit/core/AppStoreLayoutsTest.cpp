@@ -32,38 +32,6 @@ protected:
     WindowElement editor;
 };
 
-TEST_F(AppStoreLayoutsTest, CaptureRecordsEveryWindowWithItsDisplay) {
-    store.saveCurrentLayout(QStringLiteral("  Work  "));
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Saved Work."));
-    ASSERT_EQ(store.savedLayouts().size(), 1u);
-    const SavedLayout& layout = store.savedLayouts().front();
-    EXPECT_EQ(layout.name, QStringLiteral("Work"));
-    ASSERT_EQ(layout.windows.size(), 2u);
-    // In the order of the window list: Editor before Mail.
-    const SavedWindowPlacement& saved = layout.windows[0];
-    EXPECT_EQ(saved.appName, QStringLiteral("Editor"));
-    EXPECT_EQ(saved.displayID, 2u);
-    EXPECT_EQ(saved.displayName, QStringLiteral("Studio"));
-    EXPECT_EQ(saved.displayFrame, (WindowFrame{1440, 25, 1920, 1055}));
-    EXPECT_EQ(saved.relativeFrame, (WindowFrame{0, 0, 0.5, 1}));
-    // Stored, newest first, and read back by a new store.
-    store.saveCurrentLayout(QStringLiteral("Later"));
-    EXPECT_EQ(AppStore(fake.platform()).savedLayouts(), store.savedLayouts());
-    EXPECT_EQ(store.savedLayouts().front().name, QStringLiteral("Later"));
-}
-
-TEST_F(AppStoreLayoutsTest, BlankNameGetsTheDatedDefaultAndNoWindowsSavesNothing) {
-    store.saveCurrentLayout(QStringLiteral(" \n\t"));
-    const QString name = store.savedLayouts().front().name;
-    EXPECT_TRUE(name.startsWith(QStringLiteral("Layout ")));
-    EXPECT_TRUE(name.contains(QString::number(QDate::currentDate().year()))) << name.toStdString();
-
-    fake.windowSystem.setTrusted(false);
-    store.saveCurrentLayout(QStringLiteral("Empty"));
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("No windows are available to save."));
-    EXPECT_EQ(store.savedLayouts().size(), 1u);
-}
-
 TEST_F(AppStoreLayoutsTest, RestoreOntoChangedDisplaysUsesRelativeFrames) {
     store.saveCurrentLayout(QStringLiteral("Work"));
     // The studio display is replaced by a larger one under another number and name, and the
@@ -125,25 +93,6 @@ TEST_F(AppStoreLayoutsTest, TwoSavedWindowsMatchingOneLiveWindowTheLaterWins) {
     // A saved frame below the minimum size comes back at it, inside the display.
     store.restore({{}, {}, {}, {savedMail({1300, 880, 100, 50})}});
     EXPECT_EQ(frameOf(mail), CGRect(1300, 810, 120, 90));
-}
-
-TEST_F(AppStoreLayoutsTest, RestoreAndDeleteRefreshAndReport) {
-    store.saveCurrentLayout(QStringLiteral("A"));
-    store.saveCurrentLayout(QStringLiteral("B"));
-    int refreshes = 0;
-    QObject::connect(&store, &AppStore::windowsChanged, [&] { ++refreshes; });
-    store.restore(store.savedLayouts().back());
-    fake.scheduler.advance(250ms);
-    EXPECT_EQ(refreshes, 1);
-
-    const SavedLayout a = store.savedLayouts().back();
-    store.deleteLayout(a);
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Deleted A."));
-    ASSERT_EQ(store.savedLayouts().size(), 1u);
-    EXPECT_EQ(store.savedLayouts().front().name, QStringLiteral("B"));
-    EXPECT_EQ(AppStore(fake.platform()).savedLayouts().size(), 1u);
-    store.deleteLayout(a);
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Deleted A."));
 }
 
 } // namespace

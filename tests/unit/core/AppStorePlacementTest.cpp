@@ -32,16 +32,6 @@ struct MailDesk {
 
 class AppStorePlacementTest : public ::testing::Test, protected MailDesk {};
 
-TEST_F(AppStorePlacementTest, QuickLayoutReportsAndRefreshesSoon) {
-    store.apply(LayoutAction::leftHalf);
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Left Half applied to Mail."));
-    EXPECT_EQ(mailFrame(), CGRect(0, 25, 720, 875));
-    fake.scheduler.advance(249ms);
-    EXPECT_EQ(refreshes, 0);
-    fake.scheduler.advance(1ms);
-    EXPECT_EQ(refreshes, 1);
-}
-
 TEST_F(AppStorePlacementTest, QuickLayoutUsesTheDisplayGapAndClampsToTheMinimum) {
     store.refresh();
     store.updateDisplayProfile(1, std::nullopt, std::nullopt, 8);
@@ -91,18 +81,6 @@ TEST(PlacementFailureTest, EveryCommandReportsTheErrorAndSchedulesNothing) {
     }
 }
 
-TEST_F(AppStorePlacementTest, SelectedWindowIsTheTargetAndAMissingOneIsAnError) {
-    const WindowElement second =
-        fake.windowSystem.addWindow(10, {0, 0, 500, 500}, QStringLiteral("Drafts"));
-    store.refresh();
-    store.setSelectedWindowID(QStringLiteral("org.example.Mail-10-1-Drafts"));
-    store.apply(LayoutAction::rightHalf);
-    EXPECT_EQ(fake.windowSystem.window(second).frame, CGRect(720, 25, 720, 875));
-    fake.windowSystem.close(second);
-    store.apply(LayoutAction::rightHalf);
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("The selected window is no longer available."));
-}
-
 TEST_F(AppStorePlacementTest, GridSanitisesTheBlockAndNamesItAsAsked) {
     const QString cell = QStringLiteral("Grid cell applied to Mail.");
     const QString area = QStringLiteral("Grid area applied to Mail.");
@@ -124,19 +102,6 @@ TEST_F(AppStorePlacementTest, GridSanitisesTheBlockAndNamesItAsAsked) {
     }
 }
 
-TEST_F(AppStorePlacementTest, GridGoesToTheSelectedDisplayOnlyWithSeveral) {
-    fake.windowSystem.setScreens({builtInScreen, studioScreen});
-    store.refresh();
-    store.selectDisplay(2);
-    store.applyGrid(0, 0, 1, 1);
-    EXPECT_EQ(mailFrame(), CGRect(1440, 25, 960, 1055));
-
-    fake.windowSystem.setScreens({builtInScreen});
-    fake.windowSystem.window(mail).frame = {100, 100, 600, 400};
-    store.applyGrid(0, 0, 1, 1);
-    EXPECT_EQ(mailFrame(), CGRect(0, 25, 720, 875));
-}
-
 TEST_F(AppStorePlacementTest, NextDisplayWrapsAndKeepsAMaximisedWindowMaximised) {
     fake.windowSystem.setScreens({builtInScreen, studioScreen});
     fake.windowSystem.window(mail).frame = {0, 25, 1440, 875};
@@ -145,16 +110,6 @@ TEST_F(AppStorePlacementTest, NextDisplayWrapsAndKeepsAMaximisedWindowMaximised)
     EXPECT_EQ(mailFrame(), CGRect(1440, 25, 1920, 1055));
     store.moveTargetToNextDisplay();
     EXPECT_EQ(mailFrame(), CGRect(0, 25, 1440, 875));
-}
-
-TEST_F(AppStorePlacementTest, NextDisplayNeedsTwoDisplaysButATargetFirst) {
-    store.moveTargetToNextDisplay();
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Only one display is connected."));
-    fake.windowSystem.setFrontmostApplication({});
-    store.moveTargetToNextDisplay();
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("No target window is available."));
-    fake.scheduler.advance(1s);
-    EXPECT_EQ(refreshes, 0);
 }
 
 TEST(FrameMappingTest, KeepsRelativePlaceAndFullSpans) {

@@ -24,19 +24,6 @@ protected:
     int refreshes = 0;
 };
 
-TEST_F(AppStoreRefreshTest, PublishesWindowsAndAnnouncesEveryAssignmentEvenWhenEqual) {
-    int announced = 0;
-    QObject::connect(&store, &AppStore::windowsChanged, [&] { ++announced; });
-    QObject::connect(&store, &AppStore::statusMessageChanged, [&] { ++announced; });
-    store.refresh();
-    store.refresh();
-    store.setStatusMessage(QStringLiteral("same"));
-    store.setStatusMessage(QStringLiteral("same"));
-    EXPECT_EQ(announced, 4);
-    ASSERT_EQ(store.windows().size(), 1u);
-    EXPECT_EQ(store.windows()[0].id, QStringLiteral("org.example.Mail-10-0-Inbox"));
-}
-
 TEST_F(AppStoreRefreshTest, SelectedWindowIsDroppedWhenGoneButOnlyWhileAccessIsGranted) {
     const QString id = QStringLiteral("org.example.Mail-10-0-Inbox");
     store.refresh();
@@ -85,19 +72,6 @@ TEST_F(AppStoreRefreshTest, RefreshSoonIsNotCoalesced) {
     EXPECT_EQ(refreshes, 5);
 }
 
-TEST_F(AppStoreRefreshTest, ScheduledWorkOfAStoreThatIsGoneDoesNothing) {
-    auto shortLived = std::make_unique<AppStore>(fake.platform());
-    shortLived->start();
-    shortLived->refreshSoon();
-    fake.hotKeyService.pressShortcut(123, 0x1900);
-    shortLived.reset();
-    // Its hot keys went with it.
-    EXPECT_TRUE(fake.hotKeyService.registrations().empty());
-    fake.scheduler.advance(10s);
-    fake.windowSystem.activate(10);
-    fake.scheduler.runPending();
-}
-
 TEST_F(AppStoreRefreshTest, ActivationRecordsTheLastOtherApplicationOnTheNextTurn) {
     store.start();
     fake.windowSystem.addApplication(20, std::nullopt, std::nullopt);
@@ -121,25 +95,6 @@ TEST_F(AppStoreRefreshTest, ActivationRecordsTheLastOtherApplicationOnTheNextTur
     fake.windowSystem.activate(40);
     fake.scheduler.runPending();
     EXPECT_EQ(store.lastTargetAppName(), QStringLiteral("org.example.term"));
-}
-
-TEST_F(AppStoreRefreshTest, AccessRequestReportsTheAnswer) {
-    store.requestAccessibilityPermission();
-    EXPECT_EQ(store.statusMessage(), QStringLiteral("Window manager access is enabled."));
-    EXPECT_EQ(fake.windowSystem.promptsShown(), 0);
-
-    fake.windowSystem.setTrusted(false);
-    store.requestAccessibilityPermission();
-    EXPECT_FALSE(store.permissionGranted());
-    EXPECT_EQ(store.statusMessage(),
-              QStringLiteral("Start an EWMH window manager on this display, then check again."));
-    EXPECT_EQ(fake.windowSystem.promptsShown(), 1);
-
-    fake.windowSystem.setPromptGrantsTrust(true);
-    store.requestAccessibilityPermission();
-    EXPECT_TRUE(store.permissionGranted());
-    // Windows appear with the next refresh, not with the answer.
-    EXPECT_TRUE(store.windows().empty());
 }
 
 } // namespace

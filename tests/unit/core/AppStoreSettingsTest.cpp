@@ -44,15 +44,6 @@ TEST(AppStoreSettingsTest, StartsWithTheMigratedGap) {
     }
 }
 
-TEST(AppStoreSettingsTest, FirstLaunchWritesTheFlagsAndAnEmptyProfileList) {
-    FakePlatform fake;
-    const AppStore store(fake.platform());
-    EXPECT_EQ(fake.preferences.dataValue(keys::displayLayoutProfiles), QByteArray("[]"));
-    EXPECT_TRUE(fake.preferences.boolValue(keys::twoByOneMigration));
-    EXPECT_EQ(store.placementHotKey(), HotKeyShortcut::defaultShortcut());
-    EXPECT_EQ(store.lastTargetAppName(), QStringLiteral("None"));
-}
-
 TEST(AppStoreSettingsTest, LoadersKeepUsableValuesAndFallBackOtherwise) {
     const QByteArray spaceJson = R"({"keyCode":49,"modifiers":6144,"keyLabel":"Space"})";
     const QString& hotKey = keys::placementHotKey;
@@ -83,14 +74,6 @@ TEST(AppStoreSettingsTest, LoadersKeepUsableValuesAndFallBackOtherwise) {
     }
 }
 
-TEST(AppStoreSettingsTest, OldTextDragModifierIsNotHonouredNorReplaced) {
-    FakePlatform fake;
-    fake.preferences.setString(keys::placementDragModifier, QStringLiteral("option"));
-    const AppStore store(fake.platform());
-    EXPECT_EQ(store.placementDragModifier(), PlacementDragModifier::command);
-    EXPECT_EQ(fake.preferences.stringValue(keys::placementDragModifier), QStringLiteral("option"));
-}
-
 TEST(AppStoreSettingsTest, StoredProfilesAreNormalisedAndMigratedOnce) {
     FakePlatform fake;
     fake.preferences.setData(keys::displayLayoutProfiles,
@@ -118,44 +101,6 @@ TEST(AppStoreSettingsTest, UnreadableProfilesStartEmptyAndAreReplacedAtTheFirstR
     store.refresh();
     EXPECT_EQ(fake.preferences.dataValue(keys::displayLayoutProfiles),
               QByteArray(R"([{"id":5,"displayName":"Built-in","columns":2,"rows":1,"gap":0}])"));
-}
-
-TEST(AppStoreSettingsTest, GapIsClampedSavedAndAnnouncedOnEveryAssignment) {
-    FakePlatform fake;
-    AppStore store(fake.platform());
-    int announced = 0;
-    QObject::connect(&store, &AppStore::gapChanged, [&] { ++announced; });
-    store.setGap(50);
-    EXPECT_EQ(store.gap(), 32);
-    EXPECT_EQ(fake.preferences.value(keys::layoutGap), PreferenceValue(32.0));
-    EXPECT_EQ(announced, 2); // 50, then the corrected 32
-    store.setGap(NAN);
-    EXPECT_EQ(fake.preferences.value(keys::layoutGap), PreferenceValue(0.0));
-    announced = 0;
-    store.setGap(12.5);
-    store.setGap(12.5);
-    EXPECT_EQ(announced, 2);
-    EXPECT_EQ(fake.preferences.doubleValue(keys::layoutGap), 12.5);
-}
-
-TEST(AppStoreSettingsTest, DragModifierIsSavedAndReportedAndAnEmptyOneLoadsAsCommand) {
-    // clang-format off
-    const std::vector<std::pair<std::uint32_t, QString>> cases{
-        {0x0900, QStringLiteral("Placement drag modifier changed to Alt + Super (⌥⌘).")},
-        {0x1000, QStringLiteral("Placement drag modifier changed to Control (⌃).")},
-        {0x0400, QStringLiteral("Placement drag modifier changed to None.")},
-        {0, QStringLiteral("Placement drag modifier changed to None.")}};
-    // clang-format on
-    FakePlatform fake;
-    for (const auto& [mask, message] : cases) {
-        AppStore store(fake.platform());
-        store.setPlacementDragModifier({mask});
-        EXPECT_EQ(store.statusMessage(), message);
-        EXPECT_EQ(fake.preferences.dataValue(keys::placementDragModifier),
-                  PlacementDragModifier{mask}.encode());
-    }
-    // The last one, 0, is stored as it is but loads as the default.
-    EXPECT_EQ(AppStore(fake.platform()).placementDragModifier(), PlacementDragModifier::command);
 }
 
 } // namespace

@@ -67,25 +67,6 @@ TEST(TargetFrameTest, CenterIsCappedAndCanBecomeNullAndTinyAreasGiveOnePointCell
     EXPECT_EQ(L(L::bottomRight).targetFrame({0, 0, 10, 10}, 20), CGRect(20, 20, 1, 1));
 }
 
-TEST(LayoutActionTest, CarriesItsNamesAndKeys) {
-    // clang-format off
-    const std::tuple<LayoutAction, const char*, const char*, Qt::Key, QString> cases[] = {
-        {L::maximize, "maximize", "Maximize", Qt::Key_M, QStringLiteral("M")},
-        {L::leftHalf, "leftHalf", "Left Half", Qt::Key_Left, QStringLiteral("←")},
-        {L::bottomHalf, "bottomHalf", "Bottom Half", Qt::Key_Down, QStringLiteral("↓")},
-        {L::bottomRight, "bottomRight", "Bottom Right", Qt::Key_K, QStringLiteral("K")},
-        {L::centerThird, "centerThird", "Center Third", Qt::Key_2, QStringLiteral("2")},
-        {L::twoThirdsRight, "twoThirdsRight", "Two Thirds Right", Qt::Key_5, QStringLiteral("5")},
-        {L::center, "center", "Center", Qt::Key_C, QStringLiteral("C")}};
-    // clang-format on
-    for (const auto& [action, rawValue, title, key, keyLabel] : cases) {
-        EXPECT_EQ(action.rawValue(), QLatin1String(rawValue));
-        EXPECT_EQ(action.title(), QLatin1String(title));
-        EXPECT_EQ(action.keyEquivalent(), key) << action;
-        EXPECT_EQ(action.hotKeyKeyLabel(), keyLabel);
-    }
-}
-
 TEST(LayoutActionTest, JsonIsTheCaseSensitiveRawValue) {
     for (LayoutAction action : LayoutAction::allCases()) {
         EXPECT_EQ(LayoutAction::decode(action.encode()), action) << action;

@@ -15,17 +15,6 @@ namespace {
 const QString key = QStringLiteral("Tilmora.savedLayouts");
 const std::vector<SavedLayout> second{testdata::layouts()[1]};
 
-TEST(SavedLayoutStoreTest, SavesUnderItsKeyAndLoadsInStoredOrder) {
-    MemoryPreferences preferences;
-    SavedLayoutStore store(preferences);
-    store.save(testdata::layouts());
-    EXPECT_EQ(preferences.dataValue(key), testdata::document);
-    EXPECT_EQ(store.load(), testdata::layoutsAsRead());
-    // Every save replaces the whole document.
-    store.save(second);
-    EXPECT_EQ(store.load(), second);
-}
-
 TEST(SavedLayoutStoreTest, LoadsNothingWithoutAReadableDocumentAndLeavesItUntilTheNextSave) {
     const QString text = QString::fromUtf8(testdata::document);
     // clang-format off

@@ -27,19 +27,6 @@ constexpr std::uint64_t optionFlag = EventModifierFlags::option;
 constexpr std::uint64_t commandFlag = EventModifierFlags::command;
 constexpr std::uint64_t capsLockFlag = 0x010000;
 
-TEST(HotKeyShortcutTest, LabelsFollowAnsiKeyPositionsWithANumberedFallback) {
-    // The digit row follows the keyboard, not numeric order.
-    // clang-format off
-    const std::pair<std::uint32_t, QString> cases[] = {
-        {0, u"A"_s}, {11, u"B"_s}, {22, u"6"_s}, {23, u"5"_s}, {29, u"0"_s}, {36, u"Return"_s},
-        {49, u"Space"_s}, {117, u"Forward Delete"_s}, {123, u"←"_s}, {10, u"Key 10"_s},
-        {53, u"Key 53"_s}, {127, u"Key 127"_s}, {4294967295u, u"Key 4294967295"_s}};
-    // clang-format on
-    for (const auto& [keyCode, label] : cases) {
-        EXPECT_EQ(HotKeyShortcut::labelForKeyCode(keyCode), label) << "key code " << keyCode;
-    }
-}
-
 TEST(HotKeyShortcutTest, FromEventRecordsAModifiedKeyOrRefuses) {
     // Key code, event flags, the characters the source reports (null: none), the label (null: not
     // a shortcut) and the Carbon modifiers.
@@ -52,7 +39,6 @@ TEST(HotKeyShortcutTest, FromEventRecordsAModifiedKeyOrRefuses) {
         {59, controlFlag, nullptr, nullptr, 0},  // control on the left control key
         // Keys that type only whitespace, or nothing, fall back to the key-code name.
         {49, controlFlag | optionFlag, u" ", u"Space", 0x1800},
-        {48, optionFlag, u"\t", u"Tab", 0x0800},
         {61, commandFlag, u"", u"Key 61", 0x0100},
         {40, controlFlag, u" k\n", u"K", 0x1000},
         // Arrow keys keep the character the source reports, not the table's arrow.
@@ -77,12 +63,6 @@ TEST(HotKeyShortcutTest, FromEventRecordsAModifiedKeyOrRefuses) {
     }
 }
 
-TEST(HotKeyShortcutTest, DisplayTextIsModifierSymbolsInFixedOrderThenTheKey) {
-    EXPECT_EQ(HotKeyShortcut::defaultShortcut().displayText(), u"⌃⌥Space"_s);
-    EXPECT_EQ((HotKeyShortcut{0, 0x1B00 | 0x0400, u"A"_s}.displayText()), u"⌃⌥⇧⌘A"_s);
-    EXPECT_EQ((HotKeyShortcut{0, 0, u"A"_s}.displayText()), u"A"_s);
-}
-
 TEST(HotKeyShortcutTest, EncodesAllThreeKeysCompactlyAndDecodesStrictly) {
     EXPECT_EQ(HotKeyShortcut::defaultShortcut().encode(),
               QByteArray(R"({"keyCode":49,"modifiers":6144,"keyLabel":"Space"})"));
@@ -94,17 +74,12 @@ TEST(HotKeyShortcutTest, EncodesAllThreeKeysCompactlyAndDecodesStrictly) {
         {R"({"keyLabel":"Space","modifiers":6144,"keyCode":49,"extra":[1]})", HotKeyShortcut::defaultShortcut()},
         {R"({"keyCode":40,"modifiers":256})", HotKeyShortcut{40, 256, u"K"_s}},
         {R"({"keyCode":122,"modifiers":256,"keyLabel":null})", HotKeyShortcut{122, 256, u"Key 122"_s}},
-        {R"({"keyCode":40,"modifiers":256,"keyLabel":""})", HotKeyShortcut{40, 256, QString()}},
         {R"({"keyCode":40,"modifiers":1024})", HotKeyShortcut{40, 1024, u"K"_s}},  // not checked here
-        {R"({"keyCode":40.0,"modifiers":256})", HotKeyShortcut{40, 256, u"K"_s}},
         {R"({"keyCode":40,"modifiers":256,"keyLabel":7})", std::nullopt},
         {R"({"modifiers":256})", std::nullopt},
-        {R"({"keyCode":null,"modifiers":256})", std::nullopt},
         {R"({"keyCode":"40","modifiers":256})", std::nullopt},
-        {R"({"keyCode":true,"modifiers":256})", std::nullopt},
         {R"({"keyCode":-1,"modifiers":256})", std::nullopt},
         {R"({"keyCode":1e30,"modifiers":256})", std::nullopt},
-        {R"({"keyCode":40,"modifiers":256.5})", std::nullopt},
         {R"({"keyCode":40,"modifiers":4294967296})", std::nullopt},
         {R"([40,256,"K"])", std::nullopt},
         {R"({"keyCode":40,)", std::nullopt}};

@@ -10,51 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TEST(PlacementDragModifierTest, DescribesTheSelectedModifiersInControlOptionShiftCommandOrder) {
-    struct Case {
-        std::uint32_t modifiers;
-        QString title, symbol, systemImage;
-    };
-    // clang-format off
-    const Case cases[] = {
-        {0x0100, u"Super"_s, u"⌘"_s, u"command"_s}, {0x0200, u"Shift"_s, u"⇧"_s, u"shift"_s},
-        {0x0800, u"Alt"_s, u"⌥"_s, u"option"_s}, {0x1000, u"Control"_s, u"⌃"_s, u"control"_s},
-        {0x0900, u"Alt + Super"_s, u"⌥⌘"_s, u"keyboard"_s},
-        {0x1B00, u"Control + Alt + Shift + Super"_s, u"⌃⌥⇧⌘"_s, u"keyboard"_s},
-        // Caps lock beside a single modifier still leaves one modifier.
-        {0x0500, u"Super"_s, u"⌘"_s, u"command"_s},
-        {0x0400, u"Modifier"_s, u"-"_s, u"keyboard"_s}, {0, u"Modifier"_s, u"-"_s, u"keyboard"_s}};
-    // clang-format on
-    for (const Case& c : cases) {
-        const PlacementDragModifier value{c.modifiers};
-        EXPECT_EQ(value.title(), c.title) << c.modifiers;
-        EXPECT_EQ(value.symbol(), c.symbol) << c.modifiers;
-        EXPECT_EQ(value.systemImage(), c.systemImage) << c.modifiers;
-    }
-}
-
-TEST(PlacementDragModifierTest, FromEventFlagsKeepsOnlyTheFourModifiers) {
-    // Caps lock, function and a Carbon bit passed by mistake are not event modifiers.
-    EXPECT_EQ(PlacementDragModifier::fromEventFlags(EventModifierFlags::shift |
-                                                    EventModifierFlags::control | 0x010000 |
-                                                    0x800000 | 0x0100),
-              PlacementDragModifier{0x1200});
-}
-
-TEST(QuickHotKeyModifiersTest, ShowsAndConvertsOnlyTheFourModifiersInDisplayOrder) {
-    const Qt::KeyboardModifiers all =
-        Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier | Qt::MetaModifier;
-    const std::tuple<std::uint32_t, QString, Qt::KeyboardModifiers> cases[] = {
-        {0x1900, u"⌃⌥⌘"_s, Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier},
-        {0x0A00, u"⌥⇧"_s, Qt::AltModifier | Qt::ShiftModifier},
-        {0x1B00 | 0x0400, u"⌃⌥⇧⌘"_s, all},
-        {0x0400, QString(), Qt::NoModifier}};
-    for (const auto& [mask, text, eventModifiers] : cases) {
-        EXPECT_EQ(QuickHotKeyModifiers{mask}.displayText(), text) << mask;
-        EXPECT_EQ(QuickHotKeyModifiers{mask}.eventModifiers(), eventModifiers) << mask;
-    }
-}
-
 TEST(ModifierSetJsonTest, KeepsTheMaskExactlyAndRejectsAnythingButAnUnsignedInteger) {
     EXPECT_EQ(PlacementDragModifier::command.encode(), QByteArray(R"({"modifiers":256})"));
     EXPECT_EQ(QuickHotKeyModifiers::defaultLayouts.encode(), QByteArray(R"({"modifiers":6400})"));

@@ -42,10 +42,8 @@ INSTANTIATE_TEST_SUITE_P(Matching, CaselessTextTest, ::testing::Values(
     ContainsCase{"DotlessIIsItsOwnLetter", "ılık", "ILIK", false},
     ContainsCase{"DottedCapitalI", "İstanbul", "i\xCC\x87stanbul", true},
     ContainsCase{"EmptyPartIsEverywhere", "Report", "", true},
-    ContainsCase{"EmptyInEmpty", "", "", true},
     ContainsCase{"NothingInEmpty", "", "a", false},
-    ContainsCase{"LongerPart", "Mail", "Mailbox", false},
-    ContainsCase{"Unrelated", "Report.txt", "Budget", false}),
+    ContainsCase{"LongerPart", "Mail", "Mailbox", false}),
     [](const auto& p) { return p.param.name; });
 // clang-format on
 

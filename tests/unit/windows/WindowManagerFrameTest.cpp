@@ -65,32 +65,4 @@ INSTANTIATE_TEST_SUITE_P(Windows, SetFrameTest, ::testing::Values(
     [](const auto& p) { return p.param.name; });
 // clang-format on
 
-TEST(SetFrameTest, WritesThePassesInTheirOrderWithASettleAfterEach) {
-    FakeWindowSystem system;
-    const WindowElement element = system.addWindow(1, {0, 0, 400, 300});
-    system.window(element).minimumSize = CGSize{1200, 0};
-    WindowManager manager(system, std::nullopt);
-    ASSERT_TRUE(manager.setFrame(requested, element));
-    const auto P = Kind::setPosition;
-    const auto S = Kind::setSize;
-    const auto W = Kind::settle;
-    const std::vector<Kind> expected{Kind::raise, P, S, P, W, P, S, P, S, P, W, S,
-                                     P,           S, P, W, P, P, S, P, S, P, W};
-    EXPECT_EQ(system.calls(), expected);
-    EXPECT_EQ(system.settleLimits(), std::vector(4, 35ms));
-    // A window already in place is still raised and written once.
-    system.window(element).minimumSize.reset();
-    system.clearCalls();
-    ASSERT_TRUE(manager.setFrame(requested, element));
-    EXPECT_EQ(system.calls(), (std::vector<Kind>{Kind::raise, P, S, P, W}));
-}
-
-TEST(WindowPlacementResultTest, SuffixNamesTruncatedSizesOnlyWhenNotExact) {
-    WindowPlacementResult result{{0, 25, 1440.9, 875}, {7, 25, 1200.99, 875.5}, 4, false};
-    EXPECT_EQ(result.statusSuffix(),
-              QStringLiteral(" App limited final size to 1200 x 875 instead of 1440 x 875."));
-    result.isExact = true;
-    EXPECT_EQ(result.statusSuffix(), QString());
-}
-
 } // namespace

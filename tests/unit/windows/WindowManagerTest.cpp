@@ -61,36 +61,6 @@ TEST(WindowFilterTest, ListsOnlyStandardWindowsOfAtLeast80By60) {
     }
 }
 
-TEST_F(WindowManagerTest, SkipsOwnNonRegularAndTerminatedApplications) {
-    system.addApplication(1, QStringLiteral("org.example.Mail"), QStringLiteral("Mail"));
-    system.addApplication(2, ownID, QStringLiteral("Tilmora"));
-    system.addApplication(
-        {3, QStringLiteral("org.example.Panel"), QStringLiteral("Panel"), false, false});
-    system.addApplication(4, QStringLiteral("org.example.Gone"), QStringLiteral("Gone"));
-    for (std::int32_t pid : {1, 2, 3, 4}) {
-        system.addWindow(pid, {0, 0, 800, 600}, QStringLiteral("W"));
-    }
-    system.applicationState(4).isTerminated = true;
-    EXPECT_EQ(listedIDs(), std::vector<QString>{QStringLiteral("org.example.Mail-1-0-W")});
-}
-
-TEST_F(WindowManagerTest, NameFallsBackToTheIdThenUnknownAndOnlyOurIdIsOwn) {
-    system.addApplication(77, std::nullopt, std::nullopt);
-    system.addWindow(77, {0, 0, 800, 600});
-    system.addApplication(5, QStringLiteral("org.example.Term"), std::nullopt);
-    const WindowElement untitled = system.addWindow(5, {0, 0, 800, 600});
-    system.window(untitled).title = std::nullopt;
-    const auto listed = manager.allWindows();
-    ASSERT_EQ(listed.size(), 2u);
-    EXPECT_EQ(listed[0].appName, QStringLiteral("org.example.Term"));
-    EXPECT_EQ(listed[0].title, QString());
-    EXPECT_EQ(listed[1].id, QStringLiteral("pid-77-77-0-"));
-    EXPECT_EQ(listed[1].appName, QStringLiteral("Unknown App"));
-    EXPECT_FALSE(listed[1].bundleIdentifier);
-    // An application without an id is our own when ours has none either.
-    EXPECT_EQ(WindowManager(system, std::nullopt).allWindows().size(), 1u);
-}
-
 TEST_F(WindowManagerTest, IdsCountSkippedWindowsAndIgnoreTheFrame) {
     system.addApplication(812, QStringLiteral("B"), QStringLiteral("Notes App"));
     system.addWindow(812, {0, 0, 20, 20}, QStringLiteral("tiny"));
@@ -131,16 +101,6 @@ TEST(WindowSortTest, SortsByNameThenTitleCaseInsensitivelyAndStably) {
         }
         EXPECT_EQ(sorted, expected);
     }
-}
-
-TEST_F(WindowManagerTest, WithoutAccessNothingIsListedOrTargeted) {
-    frontmost({{{0, 0, 800, 600}, "1"}});
-    system.setTrusted(false);
-    EXPECT_TRUE(manager.allWindows().empty());
-    EXPECT_EQ(manager.targetWindow(QStringLiteral("a-1-0-1"), 1).error(),
-              WindowManagerError::accessibilityDenied);
-    EXPECT_EQ(manager.targetWindow(std::nullopt, 1).error(),
-              WindowManagerError::accessibilityDenied);
 }
 
 TEST_F(WindowManagerTest, GivenIdNeverFallsBackToAnotherWindow) {
@@ -193,14 +153,6 @@ TEST_F(WindowManagerTest, OwnOrWindowlessFrontmostApplicationHandsOverToTheFallb
     system.addApplication(1, QStringLiteral("a"), QStringLiteral("A"));
     system.setFrontmostApplication(1);
     EXPECT_EQ(manager.targetWindow(std::nullopt, 3)->element, editor);
-}
-
-TEST(TilmoraWindowTest, FrameSummaryTruncatesTowardZero) {
-    TilmoraWindow window;
-    window.frame = {-1280.5, 0, 1280, 1415};
-    EXPECT_EQ(window.frameSummary(), QStringLiteral("-1280, 0  1280 x 1415"));
-    window.frame = {10.9, -0.9, 799.99, 600.5};
-    EXPECT_EQ(window.frameSummary(), QStringLiteral("10, 0  799 x 600"));
 }
 
 } // namespace
