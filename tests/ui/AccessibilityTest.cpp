@@ -53,11 +53,6 @@ bool isControl(QAccessible::Role role) {
     }
 }
 
-bool contains(const std::vector<Node>& nodes, QAccessible::Role role, const QString& name) {
-    return std::any_of(nodes.begin(), nodes.end(),
-                       [&](const Node& n) { return n.role == role && n.name == name; });
-}
-
 class AccessibilityTest : public UiTest, public ::testing::Test {
 protected:
     AccessibilityTest() {
@@ -68,52 +63,33 @@ protected:
     MainWindow window{store};
 };
 
-TEST_F(AccessibilityTest, EveryControlOfTheMainWindowHasAName) {
-    const std::vector<Node> nodes = tree(&window);
-    for (const Node& node : nodes) {
-        if (isControl(node.role)) {
-            EXPECT_FALSE(node.name.trimmed().isEmpty()) << "role " << node.role;
-        }
-    }
-    EXPECT_TRUE(contains(nodes, QAccessible::PushButton, QStringLiteral("Refresh")));
-    EXPECT_TRUE(contains(nodes, QAccessible::PushButton, QStringLiteral("Next Display")));
-    for (const char* title : {"Arrange", "Windows", "Saved", "Settings", "Guide", "About"}) {
-        EXPECT_TRUE(contains(nodes, QAccessible::ListItem, QString::fromUtf8(title))) << title;
-    }
-    // The banner paints itself and is still a named group with named buttons.
-    EXPECT_TRUE(
-        contains(nodes, QAccessible::Grouping, QStringLiteral("Window manager access required")));
-    for (const char* title : {"Grant Access", "Open Settings", "Check Again", "Relaunch"}) {
-        EXPECT_TRUE(contains(nodes, QAccessible::PushButton, QString::fromUtf8(title))) << title;
-    }
-    const auto refresh = std::find_if(nodes.begin(), nodes.end(), [](const Node& n) {
-        return n.name == QLatin1String("Refresh");
-    });
-    EXPECT_EQ(refresh->description, QStringLiteral("Refresh windows"));
-}
-
-TEST_F(AccessibilityTest, MenuEntriesAreNamedByTheirTitles) {
+// The main window, the tray menu and the application's menus, as a screen reader finds them.
+TEST_F(AccessibilityTest, EveryControlHasAName) {
+    std::vector<Node> nodes = tree(&window);
     TrayMenu tray(store);
     std::vector<QMenu*> menus{&tray};
     for (QAction* menu : window.menuBar()->actions()) {
         menus.push_back(menu->menu());
     }
-    std::vector<Node> nodes;
     for (QMenu* menu : menus) {
         menu->popup({0, 0});
         const std::vector<Node> more = tree(menu);
         nodes.insert(nodes.end(), more.begin(), more.end());
         menu->close();
     }
-    for (const char* title :
-         {"Open Tilmora", "Left Half", "Next Display", "Quit Tilmora", "About Tilmora", "Settings…",
-          "Move to Next Display", "Placement Canvas (⌃⌥Space)", "Refresh Windows"}) {
-        EXPECT_TRUE(contains(nodes, QAccessible::MenuItem, QString::fromUtf8(title))) << title;
-    }
+    QStringList named;
     for (const Node& node : nodes) {
-        if (node.role == QAccessible::MenuItem) {
-            EXPECT_FALSE(node.name.isEmpty());
+        if (isControl(node.role)) {
+            EXPECT_FALSE(node.name.trimmed().isEmpty()) << "role " << node.role;
+            named << node.name;
         }
+    }
+    // The banner paints itself and is still a named group with named buttons; the walk
+    // reaches the sidebar and every menu.
+    for (const char* name :
+         {"Window manager access required", "Grant Access", "Relaunch", "Refresh", "Settings",
+          "Open Tilmora", "Left Half", "Settings…", "Move to Next Display"}) {
+        EXPECT_TRUE(named.contains(QString::fromUtf8(name))) << name;
     }
 }
 

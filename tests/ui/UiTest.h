@@ -7,7 +7,6 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QStringList>
 
 #include <gtest/gtest.h>
 
@@ -26,15 +25,6 @@ protected:
     void setAccessGranted(bool granted) {
         fake.windowSystem.setTrusted(granted);
         store.refresh();
-    }
-
-    // A menu's entries as their shown titles, "---" for a separator.
-    static QStringList entries(const QMenu& menu) {
-        QStringList result;
-        for (const QAction* action : menu.actions()) {
-            result << (action->isSeparator() ? QStringLiteral("---") : action->text());
-        }
-        return result;
     }
 
     static QAction* entry(const QMenu& menu, const QString& title) {

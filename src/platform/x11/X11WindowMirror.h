@@ -59,6 +59,15 @@ public:
     bool needsRead() const { return needsRead_; }
 
 private:
+    static constexpr std::uint32_t clientEventMask =
+        XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    static constexpr std::uint32_t frameEventMask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    // Property lengths in 32-bit units: window lists of any realistic size, short lists, texts.
+    static constexpr std::uint32_t listLength = 1U << 16;
+    static constexpr std::uint32_t shortLength = 256;
+    // Frames nest this deep at most before the chain counts as broken.
+    static constexpr int maximumTreeDepth = 8;
+
     void reset();
     void handleEvent(const xcb_generic_event_t& event);
     void markRoot(xcb_atom_t property);
