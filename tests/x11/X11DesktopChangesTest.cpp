@@ -15,15 +15,6 @@ namespace {
 using test::X11TestDesktop;
 using Frame = std::array<std::int32_t, 4>;
 
-std::string describe(const std::optional<Frame>& frame) {
-    if (!frame) {
-        return "no frame";
-    }
-    const auto& f = *frame;
-    return std::to_string(f[0]) + ", " + std::to_string(f[1]) + "  " + std::to_string(f[2]) +
-           " x " + std::to_string(f[3]);
-}
-
 constexpr std::uint8_t controlKey = 37;
 constexpr std::uint8_t altKey = 64;
 constexpr std::uint8_t superKey = 133;
@@ -126,7 +117,6 @@ TEST(X11DesktopChanges, TheStoreLivesThroughManagerReplacementsAndMonitorChanges
         ASSERT_TRUE(desktop.replaceWindowManager(step.manager));
         EXPECT_TRUE(desktop.waitUntil(storeSeesTheDesktop));
         EXPECT_TRUE(pressPlaces(step.arrow, step.expected))
-            << describe(desktop.outerFrame(window)) << ", "
             << store.statusMessage().value_or(QString()).toStdString();
         EXPECT_TRUE(desktop.waitUntil(storeSeesTheDesktop));
     }

@@ -4,11 +4,9 @@
 #include <QDir>
 #include <QFile>
 
-#include <xcb/res.h>
 #include <xcb/xtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -56,8 +54,7 @@ std::string testClientPath() {
     return TILMORA_X11_TEST_CLIENT;
 }
 
-X11TestDesktop::X11TestDesktop(const Options& options)
-    : options_(options) {
+X11TestDesktop::X11TestDesktop(const Options& options) {
     ensureQtApplication();
     if (!scratch_.isValid() || !startServer(options.screenSize)) {
         return;
@@ -66,9 +63,6 @@ X11TestDesktop::X11TestDesktop(const Options& options)
         if (!setMonitor(monitor)) {
             return;
         }
-    }
-    if (options.xftDpi > 0) {
-        setXftDpi(options.xftDpi);
     }
     ready_ = startWindowManager(options.windowManager);
 }
@@ -83,25 +77,7 @@ X11TestDesktop::~X11TestDesktop() {
     server_.stop();
 }
 
-void X11TestDesktop::stopServer() {
-    clients_.clear();
-    windowManager_.stop();
-    if (observer_) {
-        xcb_disconnect(observer_);
-        observer_ = nullptr;
-    }
-    server_.stop();
-    ready_ = false;
-}
-
-bool X11TestDesktop::restart() {
-    stopServer();
-    ready_ =
-        startServer(options_.screenSize, display_) && startWindowManager(options_.windowManager);
-    return ready_;
-}
-
-bool X11TestDesktop::startServer(const std::string& screenSize, const std::string& display) {
+bool X11TestDesktop::startServer(const std::string& screenSize) {
     int pipeEnds[2];
     if (::pipe(pipeEnds) != 0) {
         return false;
@@ -111,11 +87,6 @@ bool X11TestDesktop::startServer(const std::string& screenSize, const std::strin
     options.arguments = {"Xvfb",     "-displayfd", std::to_string(pipeEnds[1]),
                          "-screen",  "0",          screenSize + "x24",
                          "-noreset", "-nolisten",  "tcp"};
-    if (!display.empty()) {
-        // The same display again: with its number given, the server still reports readiness
-        // through the descriptor.
-        options.arguments.insert(options.arguments.begin() + 1, display);
-    }
     options.inheritedDescriptor = pipeEnds[1];
     options.outputFile = scratch_.filePath(QStringLiteral("xvfb.log")).toStdString();
     server_ = X11TestProcess(options);
@@ -156,7 +127,6 @@ bool X11TestDesktop::startServer(const std::string& screenSize, const std::strin
 bool X11TestDesktop::replaceWindowManager(WindowManager manager) {
     const std::vector<xcb_window_t> clients = clientList();
     X11TestProcess previous = std::move(windowManager_);
-    options_.windowManager = manager;
     if (!startWindowManager(manager, true) ||
         // The previous manager exits once it has given every window back.
         !waitUntil([&] { return !previous.isRunning(); })) {
@@ -322,6 +292,18 @@ std::vector<xcb_window_t> X11TestDesktop::clientList() const {
     return cardinals(root(), "_NET_CLIENT_LIST");
 }
 
+std::vector<xcb_window_t> X11TestDesktop::windowsOf(pid_t pid) const {
+    std::vector<xcb_window_t> windows;
+    for (const xcb_window_t window : clientList()) {
+        // Managed means listed and framed: the manager has published the extents.
+        if (cardinals(window, "_NET_WM_PID") == std::vector{static_cast<std::uint32_t>(pid)} &&
+            !cardinals(window, "_NET_FRAME_EXTENTS").empty()) {
+            windows.push_back(window);
+        }
+    }
+    return windows;
+}
+
 std::optional<xcb_window_t> X11TestDesktop::activeWindow() const {
     const auto active = cardinals(root(), "_NET_ACTIVE_WINDOW");
     if (active.empty() || active.front() == XCB_WINDOW_NONE) {
@@ -330,39 +312,17 @@ std::optional<xcb_window_t> X11TestDesktop::activeWindow() const {
     return active.front();
 }
 
-std::optional<pid_t> X11TestDesktop::pidOf(xcb_window_t window) const {
-    xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    xcb_res_query_client_ids_reply_t* reply = xcb_res_query_client_ids_reply(
-        observer_, xcb_res_query_client_ids(observer_, 1, &spec), nullptr);
-    std::optional<pid_t> pid;
-    if (reply) {
-        auto it = xcb_res_query_client_ids_ids_iterator(reply);
-        if (it.rem > 0 && xcb_res_client_id_value_value_length(it.data) >= 1) {
-            pid = static_cast<pid_t>(*xcb_res_client_id_value_value(it.data));
-        }
-    }
-    std::free(reply);
-    return pid;
-}
-
-std::optional<std::array<std::int32_t, 4>>
-X11TestDesktop::clientGeometry(xcb_window_t window) const {
+std::optional<std::array<std::int32_t, 4>> X11TestDesktop::outerFrame(xcb_window_t window) const {
     xcb_get_geometry_reply_t* geometry =
         xcb_get_geometry_reply(observer_, xcb_get_geometry(observer_, window), nullptr);
     xcb_translate_coordinates_reply_t* origin = xcb_translate_coordinates_reply(
         observer_, xcb_translate_coordinates(observer_, window, root(), 0, 0), nullptr);
-    std::optional<std::array<std::int32_t, 4>> result;
+    std::optional<std::array<std::int32_t, 4>> client;
     if (geometry && origin) {
-        result = std::array<std::int32_t, 4>{origin->dst_x, origin->dst_y, geometry->width,
-                                             geometry->height};
+        client = {origin->dst_x, origin->dst_y, geometry->width, geometry->height};
     }
     std::free(geometry);
     std::free(origin);
-    return result;
-}
-
-std::optional<std::array<std::int32_t, 4>> X11TestDesktop::outerFrame(xcb_window_t window) const {
-    const auto client = clientGeometry(window);
     if (!client) {
         return std::nullopt;
     }
@@ -411,24 +371,10 @@ X11TestDesktop::Client X11TestDesktop::startManagedClient(X11TestProcess::Option
     clients_.emplace_back(options);
     Client client;
     client.pid = clients_.back().pid();
-    const bool managed = waitUntil([&] {
-        client.windows.clear();
-        for (const xcb_window_t window : clientList()) {
-            // Managed means listed and framed: the manager has published the extents.
-            if (pidOf(window) == client.pid && !cardinals(window, "_NET_FRAME_EXTENTS").empty()) {
-                client.windows.push_back(window);
-            }
-        }
-        return static_cast<int>(client.windows.size()) >= windowCount;
-    });
-    if (!managed) {
-        std::fprintf(stderr, "client %d (%s) not managed; running: %d; listed:", client.pid,
-                     options.arguments.front().c_str(), clients_.back().isRunning() ? 1 : 0);
-        for (const xcb_window_t window : clientList()) {
-            std::fprintf(stderr, " 0x%x (pid %d, extents %zu)", window, pidOf(window).value_or(-1),
-                         cardinals(window, "_NET_FRAME_EXTENTS").size());
-        }
-        std::fprintf(stderr, "\n");
+    if (!waitUntil([&] {
+            client.windows = windowsOf(client.pid);
+            return static_cast<int>(client.windows.size()) >= windowCount;
+        })) {
         client.windows.clear();
     }
     return client;
@@ -462,14 +408,7 @@ void X11TestDesktop::stopClient(pid_t pid) {
             process.stop();
         }
     }
-    waitUntil([&] {
-        for (const xcb_window_t window : clientList()) {
-            if (pidOf(window) == pid) {
-                return false;
-            }
-        }
-        return true;
-    });
+    waitUntil([&] { return windowsOf(pid).empty(); });
 }
 
 std::optional<int> X11TestDesktop::runTool(std::vector<std::string> arguments) {
@@ -491,11 +430,6 @@ void X11TestDesktop::setXftDpi(int dpi) {
 
 bool X11TestDesktop::deleteMonitor(const std::string& name) {
     return runTool({"xrandr", "--delmonitor", name}) == 0;
-}
-
-void X11TestDesktop::useDataDirectory(const std::string& directory) {
-    ::setenv("XDG_DATA_HOME", (directory + "/home").c_str(), 1);
-    ::setenv("XDG_DATA_DIRS", directory.c_str(), 1);
 }
 
 } // namespace tilmora::test

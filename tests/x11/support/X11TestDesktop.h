@@ -36,8 +36,6 @@ public:
         WindowManager windowManager = WindowManager::openbox;
         std::string screenSize = "3360x1080";
         std::vector<Monitor> monitors;
-        // The desktop's Xft.dpi, set before the manager starts; 0 leaves it unset (96).
-        int xftDpi = 0;
     };
 
     struct Client {
@@ -71,10 +69,6 @@ public:
     // Stops a client and waits until its windows have left the client list.
     void stopClient(pid_t pid);
 
-    // Stops everything including the server; restart() brings the server and the manager
-    // back on the same display, without clients.
-    void stopServer();
-    bool restart();
     // Starts `manager` with --replace, as a user switching managers does: the running one hands
     // the screen over and exits, the new one frames every window. True once it has.
     bool replaceWindowManager(WindowManager manager);
@@ -95,25 +89,21 @@ public:
     void fakeButton(std::uint8_t button, bool press);
     void fakeMotion(std::int16_t x, std::int16_t y);
 
-    std::vector<xcb_window_t> clientList() const;
-    std::optional<pid_t> pidOf(xcb_window_t window) const;
     std::optional<xcb_window_t> activeWindow() const;
     std::vector<std::uint32_t> cardinals(xcb_window_t window, const char* property) const;
-    // The client area of a window in root coordinates.
-    std::optional<std::array<std::int32_t, 4>> clientGeometry(xcb_window_t window) const;
     // The outer visible frame: the client area grown by _NET_FRAME_EXTENTS and shrunk by
     // _GTK_FRAME_EXTENTS, as this connection sees them on the server.
     std::optional<std::array<std::int32_t, 4>> outerFrame(xcb_window_t window) const;
 
-    // Points the process's XDG data directories at `directory` (desktop entries for tests).
-    static void useDataDirectory(const std::string& directory);
-
 private:
-    bool startServer(const std::string& screenSize, const std::string& display = {});
+    bool startServer(const std::string& screenSize);
     // With `replacing`, the manager takes over from the running one.
     bool startWindowManager(WindowManager manager, bool replacing = false);
     std::optional<xcb_window_t> windowManagerCheck() const;
     Client startManagedClient(X11TestProcess::Options options, int windowCount);
+    std::vector<xcb_window_t> clientList() const;
+    // The managed windows of a process, in the order the manager lists them.
+    std::vector<xcb_window_t> windowsOf(pid_t pid) const;
     xcb_atom_t atom(const char* name) const;
 
     QTemporaryDir scratch_;
@@ -123,7 +113,6 @@ private:
     std::string display_;
     xcb_connection_t* observer_ = nullptr;
     bool ready_ = false;
-    Options options_;
 };
 
 // The path of the test client executable.
