@@ -15,8 +15,6 @@ using test::X11TestDesktop;
 using Type = InputEvent::Type;
 namespace Flags = EventModifierFlags;
 
-constexpr std::uint8_t altKey = 64;
-
 class X11InputMonitorTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -77,7 +75,7 @@ TEST_F(X11InputMonitorTest, WindowManagerDragsAreReportedWhileItHoldsThePointer)
     };
     const std::vector<Row> rows = {
         {"title bar", {}, 0, true, 1, "1 2 3"},
-        {"alt+drag", {altKey}, Flags::option, false, 1, "1 2 3"},
+        {"alt+drag", {test::keycode::alt}, Flags::option, false, 1, "1 2 3"},
         {"left-handed", {}, 0, true, 3, "3 2 1"},
     };
     const auto client = desktop_->startTestClient({"--geometry", "400x300+100+100"});

@@ -139,7 +139,9 @@ TEST_F(X11Windows, FocusAndActivationFollowTheActiveWindow) {
                    0 &&
                desktop_->waitUntil([&] {
                    const auto front = system_->frontmostApplication();
-                   return desktop_->activeWindow() == window && front &&
+                   return desktop_->cardinals(desktop_->root(), "_NET_ACTIVE_WINDOW") ==
+                              std::vector<std::uint32_t>{window} &&
+                          front &&
                           system_->focusedWindow(front->processIdentifier) == WindowElement{window};
                });
     };

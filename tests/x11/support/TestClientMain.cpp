@@ -8,13 +8,12 @@
 //   --gtk-application-id ID   _GTK_APPLICATION_ID
 //   --type NAME               _NET_WM_WINDOW_TYPE_<NAME>, e.g. DOCK, DIALOG, UTILITY
 //   --state NAME              _NET_WM_STATE_<NAME> before mapping (repeatable)
-//   --min WxH                 minimum size, also enforced by the client
+//   --min WxH                 minimum size
 //   --fixed WxH               minimum and maximum size
 //   --gtk-extents L,R,T,B     invisible client-side shadows, drawn without decorations
 //   --strut L,R,T,B,...       _NET_WM_STRUT_PARTIAL (12 numbers)
 #include <xcb/xcb.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -181,19 +180,8 @@ int main(int argc, char** argv) {
         xcb_map_window(c, w);
     }
     xcb_flush(c);
+    // Runs until the test stops it or the server goes away.
     while (xcb_generic_event_t* event = xcb_wait_for_event(c)) {
-        // Like a toolkit, the client holds on to its minimum size when a manager ignores it.
-        if (event->response_type == XCB_CONFIGURE_NOTIFY && s.minimum.size() == 2) {
-            const auto* configure = reinterpret_cast<xcb_configure_notify_event_t*>(event);
-            if (configure->width < s.minimum[0] || configure->height < s.minimum[1]) {
-                const std::uint32_t size[] = {
-                    std::max<std::uint32_t>(configure->width, s.minimum[0]),
-                    std::max<std::uint32_t>(configure->height, s.minimum[1])};
-                xcb_configure_window(c, configure->window,
-                                     XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
-                xcb_flush(c);
-            }
-        }
         std::free(event);
     }
     xcb_disconnect(c);

@@ -7,6 +7,7 @@
 #include <xcb/xtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -92,28 +93,18 @@ bool X11TestDesktop::startServer(const std::string& screenSize) {
     server_ = X11TestProcess(options);
     ::close(pipeEnds[1]);
 
-    std::string number;
-    const auto deadline = std::chrono::steady_clock::now() + defaultTimeout;
-    while (number.find('\n') == std::string::npos) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-                              deadline - std::chrono::steady_clock::now())
-                              .count();
-        pollfd descriptor{pipeEnds[0], POLLIN, 0};
-        if (left <= 0 || ::poll(&descriptor, 1, static_cast<int>(left)) <= 0) {
-            break;
-        }
-        char buffer[32];
-        const ssize_t got = ::read(pipeEnds[0], buffer, sizeof buffer);
-        if (got <= 0) {
-            break;
-        }
-        number.append(buffer, static_cast<std::size_t>(got));
+    // The server writes its display number once it is ready, or exits and closes the pipe.
+    FILE* ready = ::fdopen(pipeEnds[0], "r");
+    char number[16] = {};
+    const bool started =
+        ready && std::fgets(number, sizeof number, ready) && std::strchr(number, '\n') != nullptr;
+    if (ready) {
+        std::fclose(ready);
     }
-    ::close(pipeEnds[0]);
-    if (number.find('\n') == std::string::npos) {
+    if (!started) {
         return false;
     }
-    display_ = ":" + number.substr(0, number.find('\n'));
+    display_ = ":" + std::string(number, std::strcspn(number, "\n"));
     observer_ = xcb_connect(display_.c_str(), nullptr);
     if (xcb_connection_has_error(observer_) != 0) {
         return false;
@@ -243,21 +234,21 @@ bool X11TestDesktop::startWindowManager(WindowManager manager, bool replacing) {
     return waitUntil([&] { return !listed(); });
 }
 
-void X11TestDesktop::fakeKey(std::uint8_t keycode, bool press) {
-    xcb_test_fake_input(observer_, press ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode,
-                        XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+void X11TestDesktop::fakeInput(std::uint8_t type, std::uint8_t detail, std::int16_t x,
+                               std::int16_t y) {
+    xcb_test_fake_input(observer_, type, detail, XCB_CURRENT_TIME,
+                        type == XCB_MOTION_NOTIFY ? root() : xcb_window_t{XCB_WINDOW_NONE}, x, y,
+                        0);
     xcb_flush(observer_);
 }
 
-void X11TestDesktop::fakeButton(std::uint8_t button, bool press) {
-    xcb_test_fake_input(observer_, press ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, button,
-                        XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    xcb_flush(observer_);
-}
-
-void X11TestDesktop::fakeMotion(std::int16_t x, std::int16_t y) {
-    xcb_test_fake_input(observer_, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, root(), x, y, 0);
-    xcb_flush(observer_);
+void X11TestDesktop::pressKeys(std::initializer_list<std::uint8_t> keys) {
+    for (const std::uint8_t key : keys) {
+        fakeKey(key, true);
+    }
+    for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
+        fakeKey(*key, false);
+    }
 }
 
 xcb_window_t X11TestDesktop::root() const {
@@ -302,14 +293,6 @@ std::vector<xcb_window_t> X11TestDesktop::windowsOf(pid_t pid) const {
         }
     }
     return windows;
-}
-
-std::optional<xcb_window_t> X11TestDesktop::activeWindow() const {
-    const auto active = cardinals(root(), "_NET_ACTIVE_WINDOW");
-    if (active.empty() || active.front() == XCB_WINDOW_NONE) {
-        return std::nullopt;
-    }
-    return active.front();
 }
 
 std::optional<std::array<std::int32_t, 4>> X11TestDesktop::outerFrame(xcb_window_t window) const {

@@ -19,6 +19,12 @@
 
 namespace tilmora::test {
 
+// X key codes of the keys tests press (evdev codes + 8).
+namespace keycode {
+constexpr std::uint8_t control = 37, alt = 64, super = 133, capsLock = 66, numLock = 77;
+constexpr std::uint8_t left = 113, right = 114;
+} // namespace keycode
+
 class X11TestDesktop {
 public:
     // openboxDefaults is openbox with the configuration it ships with: its own key bindings
@@ -85,11 +91,16 @@ public:
 
     // Input through XTest, as a device sends it: motion moves the pointer to root coordinates
     // (raw motion events follow, unlike a warp), keys and buttons are pressed or released.
-    void fakeKey(std::uint8_t keycode, bool press);
-    void fakeButton(std::uint8_t button, bool press);
-    void fakeMotion(std::int16_t x, std::int16_t y);
+    void fakeKey(std::uint8_t keycode, bool press) {
+        fakeInput(press ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode);
+    }
+    // Presses the keys in order and lets go of them in reverse, as a shortcut is typed.
+    void pressKeys(std::initializer_list<std::uint8_t> keys);
+    void fakeButton(std::uint8_t button, bool press) {
+        fakeInput(press ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, button);
+    }
+    void fakeMotion(std::int16_t x, std::int16_t y) { fakeInput(XCB_MOTION_NOTIFY, 0, x, y); }
 
-    std::optional<xcb_window_t> activeWindow() const;
     std::vector<std::uint32_t> cardinals(xcb_window_t window, const char* property) const;
     // The outer visible frame: the client area grown by _NET_FRAME_EXTENTS and shrunk by
     // _GTK_FRAME_EXTENTS, as this connection sees them on the server.
@@ -105,6 +116,7 @@ private:
     // The managed windows of a process, in the order the manager lists them.
     std::vector<xcb_window_t> windowsOf(pid_t pid) const;
     xcb_atom_t atom(const char* name) const;
+    void fakeInput(std::uint8_t type, std::uint8_t detail, std::int16_t x = 0, std::int16_t y = 0);
 
     QTemporaryDir scratch_;
     X11TestProcess server_;
