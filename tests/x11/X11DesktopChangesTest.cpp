@@ -13,22 +13,8 @@ namespace tilmora {
 namespace {
 
 using test::X11TestDesktop;
+namespace keycode = test::keycode;
 using Frame = std::array<std::int32_t, 4>;
-
-std::string describe(const std::optional<Frame>& frame) {
-    if (!frame) {
-        return "no frame";
-    }
-    const auto& f = *frame;
-    return std::to_string(f[0]) + ", " + std::to_string(f[1]) + "  " + std::to_string(f[2]) +
-           " x " + std::to_string(f[3]);
-}
-
-constexpr std::uint8_t controlKey = 37;
-constexpr std::uint8_t altKey = 64;
-constexpr std::uint8_t superKey = 133;
-constexpr std::uint8_t leftKey = 113;
-constexpr std::uint8_t rightKey = 114;
 
 TEST(X11DesktopChanges, TheStoreLivesThroughManagerReplacementsAndMonitorChanges) {
     // The primary on the left with a 40 px panel at its bottom, a larger monitor on its right.
@@ -47,12 +33,7 @@ TEST(X11DesktopChanges, TheStoreLivesThroughManagerReplacementsAndMonitorChanges
 
     // The quick layout hot key control+alt+super+arrow, and the frame it must give the window.
     const auto press = [&](std::uint8_t arrow) {
-        for (const std::uint8_t key : {controlKey, altKey, superKey, arrow}) {
-            desktop.fakeKey(key, true);
-        }
-        for (const std::uint8_t key : {arrow, superKey, altKey, controlKey}) {
-            desktop.fakeKey(key, false);
-        }
+        desktop.pressKeys({keycode::control, keycode::alt, keycode::super, arrow});
     };
     const auto pressPlaces = [&](std::uint8_t arrow, const Frame& expected) {
         press(arrow);
@@ -73,7 +54,7 @@ TEST(X11DesktopChanges, TheStoreLivesThroughManagerReplacementsAndMonitorChanges
     };
     const Frame leftHalf{0, 0, 720, 860};
     const Frame rightHalf{720, 0, 720, 860};
-    ASSERT_TRUE(pressPlaces(leftKey, leftHalf));
+    ASSERT_TRUE(pressPlaces(keycode::left, leftHalf));
     ASSERT_TRUE(storeSeesTheDesktop());
 
     // Work areas published as mutter publishes them, which win over the panel's strut while
@@ -103,10 +84,11 @@ TEST(X11DesktopChanges, TheStoreLivesThroughManagerReplacementsAndMonitorChanges
         Frame expected;
     };
     const Replacement replacements[] = {
-        {"openbox replacing itself", false, X11TestDesktop::WindowManager::openbox, rightKey,
+        {"openbox replacing itself", false, X11TestDesktop::WindowManager::openbox, keycode::right,
          rightHalf},
-        {"xfwm4 replacing openbox", false, X11TestDesktop::WindowManager::xfwm4, leftKey, leftHalf},
-        {"openbox after xfwm4 died", true, X11TestDesktop::WindowManager::openbox, rightKey,
+        {"xfwm4 replacing openbox", false, X11TestDesktop::WindowManager::xfwm4, keycode::left,
+         leftHalf},
+        {"openbox after xfwm4 died", true, X11TestDesktop::WindowManager::openbox, keycode::right,
          rightHalf},
     };
     for (const Replacement& step : replacements) {
@@ -126,7 +108,6 @@ TEST(X11DesktopChanges, TheStoreLivesThroughManagerReplacementsAndMonitorChanges
         ASSERT_TRUE(desktop.replaceWindowManager(step.manager));
         EXPECT_TRUE(desktop.waitUntil(storeSeesTheDesktop));
         EXPECT_TRUE(pressPlaces(step.arrow, step.expected))
-            << describe(desktop.outerFrame(window)) << ", "
             << store.statusMessage().value_or(QString()).toStdString();
         EXPECT_TRUE(desktop.waitUntil(storeSeesTheDesktop));
     }

@@ -19,9 +19,9 @@ TEST(X11HiDpi, PointsAreDevicePixelsOverTheDesktopsScale) {
     X11TestDesktop desktop(
         {X11TestDesktop::WindowManager::openbox,
          "5760x2160",
-         {{"*L", "3840/1016x2160/571+0+0", "screen"}, {"R", "1920/508x1080/286+3840+0"}},
-         192});
+         {{"*L", "3840/1016x2160/571+0+0", "screen"}, {"R", "1920/508x1080/286+3840+0"}}});
     ASSERT_TRUE(desktop.isReady());
+    desktop.setXftDpi(192);
     ASSERT_TRUE(desktop.startPanel("0,0,60,0,0,0,0,0,3840,5759,0,0", "1920x60+3840+0"));
     const auto client = desktop.startTestClient({"--geometry", "400x300+200+200"});
     ASSERT_EQ(client.windows.size(), 1U);

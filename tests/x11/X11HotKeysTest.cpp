@@ -1,17 +1,10 @@
-// Global hot keys on real servers: grabs another client holds, presses sent with XTest in every
-// lock state and after keyboard changes, grabs renewed when the server comes back, and the
-// refusals a user of openbox meets with the key bindings openbox ships with.
-#include "core/AppStore.h"
-#include "platform/qt/QSettingsPreferences.h"
+// Global hot keys on a real server: grabs another client holds refuse exactly those shortcuts,
+// and presses sent with XTest arrive in every lock state and after keyboard changes.
 #include "platform/qt/QtScheduler.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11HotKeyService.h"
-#include "platform/x11/X11InputMonitor.h"
-#include "platform/x11/X11WindowSystem.h"
 #include "shortcuts/HotKeyCenter.h"
 #include "x11/support/X11TestDesktop.h"
-
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -20,13 +13,7 @@ namespace {
 
 using test::X11TestDesktop;
 
-// X key codes of the keys pressed here (evdev codes + 8).
-constexpr std::uint8_t controlKey = 37;
-constexpr std::uint8_t altKey = 64;
-constexpr std::uint8_t superKey = 133;
-constexpr std::uint8_t capsLockKey = 66;
-constexpr std::uint8_t numLockKey = 77;
-constexpr std::uint8_t leftKey = 113;
+namespace key = test::keycode;
 constexpr std::uint8_t cKey = 54;
 constexpr std::uint8_t spaceKey = 65;
 // The key that types Y on a US keyboard and Z on a German one.
@@ -34,17 +21,14 @@ constexpr std::uint8_t yPositionKey = 29;
 
 constexpr std::uint32_t control = CarbonModifierFlags::control;
 constexpr std::uint32_t option = CarbonModifierFlags::option;
-constexpr std::uint32_t shift = CarbonModifierFlags::shift;
 constexpr std::uint32_t command = CarbonModifierFlags::command;
 constexpr std::uint16_t controlAltSuper = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
 
 class X11HotKeys : public testing::Test {
 protected:
-    void SetUp() override { start(X11TestDesktop::WindowManager::none); }
-
-    void start(X11TestDesktop::WindowManager manager) {
-        desktop_ =
-            std::make_unique<X11TestDesktop>(X11TestDesktop::Options{manager, "1920x1080", {}});
+    void SetUp() override {
+        desktop_ = std::make_unique<X11TestDesktop>(
+            X11TestDesktop::Options{X11TestDesktop::WindowManager::none, "1920x1080", {}});
         ASSERT_TRUE(desktop_->isReady());
         connection_ =
             std::make_unique<X11Connection>(QByteArray::fromStdString(desktop_->display()));
@@ -52,25 +36,11 @@ protected:
         service_->setPressedHandler([this](std::uint32_t id) { pressed_.push_back(id); });
     }
 
-    // Holds down the modifiers, taps the key, lets go of everything.
-    void press(std::initializer_list<std::uint8_t> modifiers, std::uint8_t key) {
-        for (const std::uint8_t modifier : modifiers) {
-            desktop_->fakeKey(modifier, true);
-        }
-        desktop_->fakeKey(key, true);
-        desktop_->fakeKey(key, false);
-        for (const std::uint8_t modifier : modifiers) {
-            desktop_->fakeKey(modifier, false);
-        }
-    }
-
-    void tap(std::uint8_t key) { press({}, key); }
-
     // Presses control+alt+super+key until a press is reported: after a keyboard change the
     // grabs are renewed on a later turn of the event loop, and presses before that go elsewhere.
-    bool pressUntilReported(std::uint8_t key) {
+    bool pressUntilReported(std::uint8_t arrow) {
         for (int attempt = 0; attempt < 50 && pressed_.empty(); ++attempt) {
-            press({controlKey, altKey, superKey}, key);
+            desktop_->pressKeys({key::control, key::alt, key::super, arrow});
             desktop_->waitUntil([&] { return !pressed_.empty(); }, std::chrono::milliseconds(100));
         }
         return !pressed_.empty();
@@ -114,7 +84,7 @@ protected:
 TEST_F(X11HotKeys, AnotherClientsGrabRefusesExactlyThoseShortcuts) {
     constexpr int badAccess = 10;
     // Another client holds control+alt+super+Left with NumLock only, and +C outright.
-    ASSERT_EQ(grabAsAnotherClient(leftKey, controlAltSuper | XCB_MOD_MASK_2), 0);
+    ASSERT_EQ(grabAsAnotherClient(key::left, controlAltSuper | XCB_MOD_MASK_2), 0);
     ASSERT_EQ(grabAsAnotherClient(cKey, controlAltSuper), 0);
     QtScheduler scheduler;
     {
@@ -130,13 +100,13 @@ TEST_F(X11HotKeys, AnotherClientsGrabRefusesExactlyThoseShortcuts) {
                   HotKeyStatus::alreadyTaken);
         // The refused Left got the variants without NumLock at first; they were given back.
         sync();
-        EXPECT_EQ(grabAsAnotherClient(leftKey, controlAltSuper), 0);
-        EXPECT_EQ(grabAsAnotherClient(leftKey, controlAltSuper | XCB_MOD_MASK_LOCK), 0);
-        EXPECT_EQ(grabAsAnotherClient(leftKey + 1, controlAltSuper), badAccess);
+        EXPECT_EQ(grabAsAnotherClient(key::left, controlAltSuper), 0);
+        EXPECT_EQ(grabAsAnotherClient(key::left, controlAltSuper | XCB_MOD_MASK_LOCK), 0);
+        EXPECT_EQ(grabAsAnotherClient(key::left + 1, controlAltSuper), badAccess);
     }
     // Gone with the center: every key is free again.
     sync();
-    EXPECT_EQ(grabAsAnotherClient(leftKey + 1, controlAltSuper), 0);
+    EXPECT_EQ(grabAsAnotherClient(key::left + 1, controlAltSuper), 0);
     EXPECT_EQ(grabAsAnotherClient(spaceKey, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1), 0);
 }
 
@@ -154,14 +124,14 @@ TEST_F(X11HotKeys, PressesArriveInEveryLockStateAndAfterKeyboardChanges) {
     };
     const std::vector<Row> rows = {
         {"no lock", {}, {}, 0},
-        {"CapsLock", {}, {capsLockKey}, XCB_MOD_MASK_LOCK},
-        {"NumLock", {}, {numLockKey}, XCB_MOD_MASK_2},
-        {"both locks", {}, {capsLockKey, numLockKey}, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2},
+        {"CapsLock", {}, {key::capsLock}, XCB_MOD_MASK_LOCK},
+        {"NumLock", {}, {key::numLock}, XCB_MOD_MASK_2},
+        {"both locks", {}, {key::capsLock, key::numLock}, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2},
         {"NumLock moved to Mod3",
          {"xmodmap", "-e", "clear mod2", "-e", "add mod3 = Num_Lock"},
-         {numLockKey},
+         {key::numLock},
          XCB_MOD_MASK_3},
-        {"German layout", {"setxkbmap", "-layout", "de"}, {numLockKey}, XCB_MOD_MASK_2},
+        {"German layout", {"setxkbmap", "-layout", "de"}, {key::numLock}, XCB_MOD_MASK_2},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
@@ -169,86 +139,23 @@ TEST_F(X11HotKeys, PressesArriveInEveryLockStateAndAfterKeyboardChanges) {
             ASSERT_EQ(desktop_->runTool(row.tool), 0);
         }
         for (const std::uint8_t lock : row.locks) {
-            tap(lock);
+            desktop_->pressKeys({lock});
         }
         ASSERT_TRUE(desktop_->waitUntil([&] { return lockState() == row.expectedState; }));
         pressed_.clear();
-        ASSERT_TRUE(pressUntilReported(leftKey));
+        ASSERT_TRUE(pressUntilReported(key::left));
         // Every earlier press has arrived once a later one has.
-        press({controlKey, altKey, superKey}, yPositionKey);
+        desktop_->pressKeys({key::control, key::alt, key::super, yPositionKey});
         ASSERT_TRUE(desktop_->waitUntil([&] { return !pressed_.empty() && pressed_.back() == 2; }));
         pressed_.clear();
         // Without super the combination is not Tilmora's; the key by position is.
-        press({controlKey, altKey}, leftKey);
-        press({controlKey, altKey, superKey}, yPositionKey);
+        desktop_->pressKeys({key::control, key::alt, key::left});
+        desktop_->pressKeys({key::control, key::alt, key::super, yPositionKey});
         ASSERT_TRUE(desktop_->waitUntil([&] { return !pressed_.empty(); }));
         EXPECT_EQ(pressed_, std::vector<std::uint32_t>{2});
         for (const std::uint8_t lock : row.locks) {
-            tap(lock);
+            desktop_->pressKeys({lock});
         }
-    }
-}
-
-TEST_F(X11HotKeys, GrabsReturnWithTheConnection) {
-    ASSERT_EQ(service_->registerHotKey(123, control | option | command, 7).status,
-              HotKeyStatus::success);
-    // The server announces a keyboard change at the first XTest event; it happens now, so
-    // that after the reconnection only the reconnection itself can renew the grabs.
-    tap(capsLockKey);
-    tap(capsLockKey);
-    ASSERT_TRUE(pressUntilReported(leftKey));
-
-    // The server drops the connection (xkill does the same), and the grabs go with it.
-    xcb_connection_t* own = connection_->raw();
-    const xcb_window_t resource = xcb_generate_id(own);
-    xcb_create_window(own, XCB_COPY_FROM_PARENT, resource, desktop_->root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    sync();
-    xcb_kill_client(desktop_->observer(), resource);
-    xcb_flush(desktop_->observer());
-    ASSERT_TRUE(desktop_->waitUntil([&] { return !connection_->isAlive(); }));
-
-    ASSERT_TRUE(connection_->ensureConnected(true));
-    pressed_.clear();
-    ASSERT_TRUE(pressUntilReported(leftKey));
-    EXPECT_EQ(pressed_.front(), 7U);
-
-    // Without a server nothing registers, and nothing hangs or crashes.
-    desktop_->stopServer();
-    EXPECT_EQ(service_->registerHotKey(124, control | option | command, 8).status,
-              X11HotKeyService::serverFailure);
-}
-
-class X11HotKeysUnderOpenbox : public X11HotKeys {
-protected:
-    void SetUp() override { start(X11TestDesktop::WindowManager::openboxDefaults); }
-};
-
-// openbox's shipped bindings own control+alt, shift+alt and shift+super with the arrows.
-TEST_F(X11HotKeysUnderOpenbox, ItsOwnBindingsAreReportedInTheStatusLine) {
-    QTemporaryDir settings;
-    ASSERT_TRUE(settings.isValid());
-    QSettingsPreferences preferences(settings.filePath(QStringLiteral("tilmora.conf")));
-    X11WindowSystem windowSystem(*connection_);
-    X11InputMonitor input(*connection_);
-    QtScheduler scheduler;
-    AppStore store({windowSystem, *service_, input, scheduler, preferences});
-    store.start();
-    // The default set is free under openbox: start() reports nothing.
-    EXPECT_EQ(store.statusMessage(), std::nullopt);
-
-    const QString ending =
-        QStringLiteral(". They may already be used by your desktop or another app.");
-    const QString opening = QStringLiteral("Some global shortcuts could not be registered: ");
-    const std::vector<std::pair<std::uint32_t, QString>> rows = {
-        {control | option, QStringLiteral("⌃⌥←, ⌃⌥→, ⌃⌥↑, ⌃⌥↓")},
-        {option | shift, QStringLiteral("⌥⇧←, ⌥⇧→, ⌥⇧↑, ⌥⇧↓")},
-        {shift | command, QStringLiteral("⇧⌘←, ⇧⌘→, ⇧⌘↑, ⇧⌘↓")},
-    };
-    for (const auto& [modifiers, refused] : rows) {
-        store.setQuickHotKeyModifiers(QuickHotKeyModifiers{modifiers});
-        EXPECT_EQ(store.statusMessage(), opening + refused + ending);
-        EXPECT_EQ(store.quickHotKeyModifiers(), QuickHotKeyModifiers::defaultLayouts);
     }
 }
 

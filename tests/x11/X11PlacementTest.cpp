@@ -1,7 +1,6 @@
 // Frames applied through the window manager and read back, with real clients: windows that
 // take any frame, that limit their size, that are maximized, fixed, decorated by themselves or
 // closed before the write. Built once for each window manager: openbox, icewm, fluxbox, xfwm4.
-#include "platform/AXError.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11WindowSystem.h"
 #include "windows/WindowManager.h"
@@ -79,6 +78,11 @@ TEST_P(X11PlacementCases, LandAndAreReportedHonestly) {
     ASSERT_TRUE(result) << result.error();
     EXPECT_EQ(result->finalFrame, *c.landed);
     EXPECT_EQ(result->isExact, *c.landed == c.requested);
+    // A plain window lands in one pass when the window manager answers within the settle time;
+    // on a busy machine its answer can come after that, and the second pass finds it in place.
+    if (std::string_view(c.name) == "Cooperative") {
+        EXPECT_LE(result->attempts, 2);
+    }
     EXPECT_EQ(serverFrame(window), *c.landed);
 }
 
@@ -106,19 +110,6 @@ INSTANTIATE_TEST_SUITE_P(
                                   std::nullopt,
                                   WindowManagerError::cannotResizeWindow}),
     [](const testing::TestParamInfo<PlacementCase>& p) { return std::string(p.param.name); });
-
-TEST_F(X11Placement, ACooperativeWindowLandsAtOnce) {
-    const auto client = desktop_->startTestClient({"--geometry", "400x300+50+50"});
-    ASSERT_EQ(client.windows.size(), 1U);
-
-    const auto result = manager_->setFrame({10, 20, 700, 500}, WindowElement{client.windows[0]});
-
-    ASSERT_TRUE(result) << result.error();
-    EXPECT_TRUE(result->isExact);
-    // One pass when the window manager answers within the settle time; on a machine busy with
-    // other work its answer can come after that, and the second pass finds the frame in place.
-    EXPECT_LE(result->attempts, 2);
-}
 
 TEST_F(X11Placement, AMinimumSizeIsReportedAsTheApplicationsLimit) {
 #if defined(TILMORA_TEST_ICEWM) || defined(TILMORA_TEST_FLUXBOX)
@@ -177,23 +168,6 @@ TEST_F(X11Placement, AWindowClosedBeforeThePlacementIsAnError) {
 
     ASSERT_FALSE(result);
     EXPECT_EQ(result.error().kind(), WindowManagerError::cannotResizeWindow);
-    EXPECT_EQ(system_->setPosition(WindowElement{client.windows.front()}, {0, 0}),
-              AXError::failure);
-    EXPECT_FALSE(system_->position(WindowElement{client.windows.front()}));
-}
-
-TEST_F(X11Placement, SettleReturnsOnceTheServerConfirms) {
-    const auto client = desktop_->startTestClient({"--geometry", "400x300+50+50"});
-    ASSERT_EQ(client.windows.size(), 1U);
-    const WindowElement window{client.windows.front()};
-
-    ASSERT_EQ(system_->setPosition(window, {200, 100}), AXError::success);
-    ASSERT_EQ(system_->setSize(window, {640, 480}), AXError::success);
-    system_->settle(window, std::chrono::milliseconds(2000));
-
-    // Read right after the settle, without any further wait: the frame must be there.
-    EXPECT_EQ(system_->position(window), (CGPoint{200, 100}));
-    EXPECT_EQ(system_->size(window), (CGSize{640, 480}));
 }
 
 } // namespace

@@ -10,13 +10,13 @@ namespace {
 const X11Rect left{0, 0, 1440, 900};
 const X11Rect right{1440, 0, 1920, 1080};
 
-X11Strut topStrut(std::int64_t height, std::int64_t startX, std::int64_t endX) {
-    X11Strut s;
-    s.top = height;
-    s.topStartX = startX;
-    s.topEndX = endX;
-    return s;
-}
+// Panels as their _NET_WM_STRUT_PARTIAL gives them, measured from the root's edges.
+const X11Strut topAcrossBoth{.top = 30, .topEndX = 3359};
+const X11Strut topOfRight{.top = 30, .topStartX = 1440, .topEndX = 3359};
+const X11Strut topOfLeft{.top = 30, .topEndX = 1439};
+// 180 px below the left monitor plus a 40 px panel.
+const X11Strut bottomOfLeft{.bottom = 220, .bottomEndX = 1439};
+const X11Strut innerEdgeOfRight{.left = 1488, .leftEndY = 1079};
 
 struct AreaCase {
     const char* name;
@@ -34,37 +34,15 @@ TEST_P(UsableAreas, ShrinkOnlyTheMonitorsThePanelsAreOn) {
     EXPECT_EQ(areas[1], GetParam().expectedRight);
 }
 
-X11Strut bottomOfLeft() {
-    X11Strut s;
-    s.bottom = 220; // 180 below the left monitor plus a 40 px panel
-    s.bottomStartX = 0;
-    s.bottomEndX = 1439;
-    return s;
-}
-
-X11Strut innerEdgeOfRight() {
-    X11Strut s;
-    s.left = 1488;
-    s.leftStartY = 0;
-    s.leftEndY = 1079;
-    return s;
-}
-
 INSTANTIATE_TEST_SUITE_P(
     X11, UsableAreas,
     testing::Values(
         AreaCase{"None", {}, left, right},
-        AreaCase{"TopPanelAcrossBoth",
-                 {topStrut(30, 0, 3359)},
-                 {0, 30, 1440, 870},
-                 {1440, 30, 1920, 1050}},
-        AreaCase{"TopPanelOnRightOnly", {topStrut(30, 1440, 3359)}, left, {1440, 30, 1920, 1050}},
-        AreaCase{"BottomOfSmallerMonitor", {bottomOfLeft()}, {0, 0, 1440, 860}, right},
-        AreaCase{"InnerEdgeOfRight", {innerEdgeOfRight()}, left, {1488, 0, 1872, 1080}},
-        AreaCase{"TwoPanelsOnOneMonitor",
-                 {topStrut(30, 0, 1439), bottomOfLeft()},
-                 {0, 30, 1440, 830},
-                 right}),
+        AreaCase{"TopPanelAcrossBoth", {topAcrossBoth}, {0, 30, 1440, 870}, {1440, 30, 1920, 1050}},
+        AreaCase{"TopPanelOnRightOnly", {topOfRight}, left, {1440, 30, 1920, 1050}},
+        AreaCase{"BottomOfSmallerMonitor", {bottomOfLeft}, {0, 0, 1440, 860}, right},
+        AreaCase{"InnerEdgeOfRight", {innerEdgeOfRight}, left, {1488, 0, 1872, 1080}},
+        AreaCase{"TwoPanelsOnOneMonitor", {topOfLeft, bottomOfLeft}, {0, 30, 1440, 830}, right}),
     [](const testing::TestParamInfo<AreaCase>& p) { return std::string(p.param.name); });
 
 TEST(X11WorkArea, AShortPanelLeavesTheLargestRectangle) {

@@ -3,20 +3,17 @@
 //
 //   --windows N               how many windows (each gets the same properties)
 //   --geometry WxH+X+Y        requested size and position (user-specified)
-//   --title TEXT              _NET_WM_NAME; "--title-hex HEX" sets raw bytes (invalid UTF-8)
-//   --huge-title N            a title of N characters
+//   --title TEXT              _NET_WM_NAME and WM_NAME
 //   --class INSTANCE,CLASS    WM_CLASS
 //   --gtk-application-id ID   _GTK_APPLICATION_ID
 //   --type NAME               _NET_WM_WINDOW_TYPE_<NAME>, e.g. DOCK, DIALOG, UTILITY
 //   --state NAME              _NET_WM_STATE_<NAME> before mapping (repeatable)
-//   --min WxH, --max WxH      size limits (the minimum is also enforced by the client);
-//                             --fixed WxH sets both
-//   --increment WxH           resize increments (base size 0)
+//   --min WxH                 minimum size
+//   --fixed WxH               minimum and maximum size
 //   --gtk-extents L,R,T,B     invisible client-side shadows, drawn without decorations
 //   --strut L,R,T,B,...       _NET_WM_STRUT_PARTIAL (12 numbers)
 #include <xcb/xcb.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -43,7 +40,6 @@ struct Settings {
     std::vector<std::string> states;
     std::vector<std::uint32_t> minimum;
     std::vector<std::uint32_t> maximum;
-    std::vector<std::uint32_t> increment;
     std::vector<std::uint32_t> gtkExtents;
     std::vector<std::uint32_t> strut;
 };
@@ -56,14 +52,6 @@ std::vector<std::uint32_t> numbers(const std::string& text) {
         result.push_back(static_cast<std::uint32_t>(std::stoul(item)));
     }
     return result;
-}
-
-std::string fromHex(const std::string& hex) {
-    std::string bytes;
-    for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
-        bytes.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
-    }
-    return bytes;
 }
 
 Settings parse(int argc, char** argv) {
@@ -84,10 +72,6 @@ Settings parse(int argc, char** argv) {
             s.positioned = true;
         } else if (option == "--title") {
             s.title = value;
-        } else if (option == "--title-hex") {
-            s.title = fromHex(value);
-        } else if (option == "--huge-title") {
-            s.title = std::string(std::stoul(value), 'T');
         } else if (option == "--class") {
             s.instance = value.substr(0, value.find(','));
             s.className = value.substr(value.find(',') + 1);
@@ -99,12 +83,8 @@ Settings parse(int argc, char** argv) {
             s.states.push_back(value);
         } else if (option == "--min") {
             s.minimum = numbers(value);
-        } else if (option == "--max") {
-            s.maximum = numbers(value);
         } else if (option == "--fixed") {
             s.minimum = s.maximum = numbers(value);
-        } else if (option == "--increment") {
-            s.increment = numbers(value);
         } else if (option == "--gtk-extents") {
             s.gtkExtents = numbers(value);
         } else if (option == "--strut") {
@@ -170,7 +150,7 @@ int main(int argc, char** argv) {
         if (!states.empty()) {
             set(c, w, "_NET_WM_STATE", XCB_ATOM_ATOM, 32, states.data(), states.size());
         }
-        // WM_NORMAL_HINTS: flags, x, y, w, h, min, max, increment, aspects, base, gravity.
+        // WM_NORMAL_HINTS: flags, x, y, w, h, min, max, then parts left unset.
         std::uint32_t hints[18] = {};
         hints[0] = s.positioned ? (1U | 2U) : 0U; // USPosition, USSize
         hints[1] = static_cast<std::uint32_t>(s.x);
@@ -187,11 +167,6 @@ int main(int argc, char** argv) {
             hints[7] = s.maximum[0];
             hints[8] = s.maximum[1];
         }
-        if (s.increment.size() == 2) {
-            hints[0] |= (1U << 6) | (1U << 8);
-            hints[9] = s.increment[0];
-            hints[10] = s.increment[1];
-        }
         set(c, w, "WM_NORMAL_HINTS", atom(c, "WM_SIZE_HINTS"), 32, hints, 18);
         if (s.gtkExtents.size() == 4) {
             set(c, w, "_GTK_FRAME_EXTENTS", cardinal, 32, s.gtkExtents.data(), 4);
@@ -205,19 +180,8 @@ int main(int argc, char** argv) {
         xcb_map_window(c, w);
     }
     xcb_flush(c);
+    // Runs until the test stops it or the server goes away.
     while (xcb_generic_event_t* event = xcb_wait_for_event(c)) {
-        // Like a toolkit, the client holds on to its minimum size when a manager ignores it.
-        if (event->response_type == XCB_CONFIGURE_NOTIFY && s.minimum.size() == 2) {
-            const auto* configure = reinterpret_cast<xcb_configure_notify_event_t*>(event);
-            if (configure->width < s.minimum[0] || configure->height < s.minimum[1]) {
-                const std::uint32_t size[] = {
-                    std::max<std::uint32_t>(configure->width, s.minimum[0]),
-                    std::max<std::uint32_t>(configure->height, s.minimum[1])};
-                xcb_configure_window(c, configure->window,
-                                     XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
-                xcb_flush(c);
-            }
-        }
         std::free(event);
     }
     xcb_disconnect(c);

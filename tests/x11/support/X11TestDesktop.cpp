@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFile>
 
-#include <xcb/res.h>
 #include <xcb/xtest.h>
 
 #include <algorithm>
@@ -56,8 +55,7 @@ std::string testClientPath() {
     return TILMORA_X11_TEST_CLIENT;
 }
 
-X11TestDesktop::X11TestDesktop(const Options& options)
-    : options_(options) {
+X11TestDesktop::X11TestDesktop(const Options& options) {
     ensureQtApplication();
     if (!scratch_.isValid() || !startServer(options.screenSize)) {
         return;
@@ -66,9 +64,6 @@ X11TestDesktop::X11TestDesktop(const Options& options)
         if (!setMonitor(monitor)) {
             return;
         }
-    }
-    if (options.xftDpi > 0) {
-        setXftDpi(options.xftDpi);
     }
     ready_ = startWindowManager(options.windowManager);
 }
@@ -83,25 +78,7 @@ X11TestDesktop::~X11TestDesktop() {
     server_.stop();
 }
 
-void X11TestDesktop::stopServer() {
-    clients_.clear();
-    windowManager_.stop();
-    if (observer_) {
-        xcb_disconnect(observer_);
-        observer_ = nullptr;
-    }
-    server_.stop();
-    ready_ = false;
-}
-
-bool X11TestDesktop::restart() {
-    stopServer();
-    ready_ =
-        startServer(options_.screenSize, display_) && startWindowManager(options_.windowManager);
-    return ready_;
-}
-
-bool X11TestDesktop::startServer(const std::string& screenSize, const std::string& display) {
+bool X11TestDesktop::startServer(const std::string& screenSize) {
     int pipeEnds[2];
     if (::pipe(pipeEnds) != 0) {
         return false;
@@ -111,38 +88,23 @@ bool X11TestDesktop::startServer(const std::string& screenSize, const std::strin
     options.arguments = {"Xvfb",     "-displayfd", std::to_string(pipeEnds[1]),
                          "-screen",  "0",          screenSize + "x24",
                          "-noreset", "-nolisten",  "tcp"};
-    if (!display.empty()) {
-        // The same display again: with its number given, the server still reports readiness
-        // through the descriptor.
-        options.arguments.insert(options.arguments.begin() + 1, display);
-    }
     options.inheritedDescriptor = pipeEnds[1];
     options.outputFile = scratch_.filePath(QStringLiteral("xvfb.log")).toStdString();
     server_ = X11TestProcess(options);
     ::close(pipeEnds[1]);
 
-    std::string number;
-    const auto deadline = std::chrono::steady_clock::now() + defaultTimeout;
-    while (number.find('\n') == std::string::npos) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-                              deadline - std::chrono::steady_clock::now())
-                              .count();
-        pollfd descriptor{pipeEnds[0], POLLIN, 0};
-        if (left <= 0 || ::poll(&descriptor, 1, static_cast<int>(left)) <= 0) {
-            break;
-        }
-        char buffer[32];
-        const ssize_t got = ::read(pipeEnds[0], buffer, sizeof buffer);
-        if (got <= 0) {
-            break;
-        }
-        number.append(buffer, static_cast<std::size_t>(got));
+    // The server writes its display number once it is ready, or exits and closes the pipe.
+    FILE* ready = ::fdopen(pipeEnds[0], "r");
+    char number[16] = {};
+    const bool started =
+        ready && std::fgets(number, sizeof number, ready) && std::strchr(number, '\n') != nullptr;
+    if (ready) {
+        std::fclose(ready);
     }
-    ::close(pipeEnds[0]);
-    if (number.find('\n') == std::string::npos) {
+    if (!started) {
         return false;
     }
-    display_ = ":" + number.substr(0, number.find('\n'));
+    display_ = ":" + std::string(number, std::strcspn(number, "\n"));
     observer_ = xcb_connect(display_.c_str(), nullptr);
     if (xcb_connection_has_error(observer_) != 0) {
         return false;
@@ -156,7 +118,6 @@ bool X11TestDesktop::startServer(const std::string& screenSize, const std::strin
 bool X11TestDesktop::replaceWindowManager(WindowManager manager) {
     const std::vector<xcb_window_t> clients = clientList();
     X11TestProcess previous = std::move(windowManager_);
-    options_.windowManager = manager;
     if (!startWindowManager(manager, true) ||
         // The previous manager exits once it has given every window back.
         !waitUntil([&] { return !previous.isRunning(); })) {
@@ -273,21 +234,21 @@ bool X11TestDesktop::startWindowManager(WindowManager manager, bool replacing) {
     return waitUntil([&] { return !listed(); });
 }
 
-void X11TestDesktop::fakeKey(std::uint8_t keycode, bool press) {
-    xcb_test_fake_input(observer_, press ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode,
-                        XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+void X11TestDesktop::fakeInput(std::uint8_t type, std::uint8_t detail, std::int16_t x,
+                               std::int16_t y) {
+    xcb_test_fake_input(observer_, type, detail, XCB_CURRENT_TIME,
+                        type == XCB_MOTION_NOTIFY ? root() : xcb_window_t{XCB_WINDOW_NONE}, x, y,
+                        0);
     xcb_flush(observer_);
 }
 
-void X11TestDesktop::fakeButton(std::uint8_t button, bool press) {
-    xcb_test_fake_input(observer_, press ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, button,
-                        XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    xcb_flush(observer_);
-}
-
-void X11TestDesktop::fakeMotion(std::int16_t x, std::int16_t y) {
-    xcb_test_fake_input(observer_, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, root(), x, y, 0);
-    xcb_flush(observer_);
+void X11TestDesktop::pressKeys(std::initializer_list<std::uint8_t> keys) {
+    for (const std::uint8_t key : keys) {
+        fakeKey(key, true);
+    }
+    for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
+        fakeKey(*key, false);
+    }
 }
 
 xcb_window_t X11TestDesktop::root() const {
@@ -322,47 +283,29 @@ std::vector<xcb_window_t> X11TestDesktop::clientList() const {
     return cardinals(root(), "_NET_CLIENT_LIST");
 }
 
-std::optional<xcb_window_t> X11TestDesktop::activeWindow() const {
-    const auto active = cardinals(root(), "_NET_ACTIVE_WINDOW");
-    if (active.empty() || active.front() == XCB_WINDOW_NONE) {
-        return std::nullopt;
-    }
-    return active.front();
-}
-
-std::optional<pid_t> X11TestDesktop::pidOf(xcb_window_t window) const {
-    xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    xcb_res_query_client_ids_reply_t* reply = xcb_res_query_client_ids_reply(
-        observer_, xcb_res_query_client_ids(observer_, 1, &spec), nullptr);
-    std::optional<pid_t> pid;
-    if (reply) {
-        auto it = xcb_res_query_client_ids_ids_iterator(reply);
-        if (it.rem > 0 && xcb_res_client_id_value_value_length(it.data) >= 1) {
-            pid = static_cast<pid_t>(*xcb_res_client_id_value_value(it.data));
+std::vector<xcb_window_t> X11TestDesktop::windowsOf(pid_t pid) const {
+    std::vector<xcb_window_t> windows;
+    for (const xcb_window_t window : clientList()) {
+        // Managed means listed and framed: the manager has published the extents.
+        if (cardinals(window, "_NET_WM_PID") == std::vector{static_cast<std::uint32_t>(pid)} &&
+            !cardinals(window, "_NET_FRAME_EXTENTS").empty()) {
+            windows.push_back(window);
         }
     }
-    std::free(reply);
-    return pid;
+    return windows;
 }
 
-std::optional<std::array<std::int32_t, 4>>
-X11TestDesktop::clientGeometry(xcb_window_t window) const {
+std::optional<std::array<std::int32_t, 4>> X11TestDesktop::outerFrame(xcb_window_t window) const {
     xcb_get_geometry_reply_t* geometry =
         xcb_get_geometry_reply(observer_, xcb_get_geometry(observer_, window), nullptr);
     xcb_translate_coordinates_reply_t* origin = xcb_translate_coordinates_reply(
         observer_, xcb_translate_coordinates(observer_, window, root(), 0, 0), nullptr);
-    std::optional<std::array<std::int32_t, 4>> result;
+    std::optional<std::array<std::int32_t, 4>> client;
     if (geometry && origin) {
-        result = std::array<std::int32_t, 4>{origin->dst_x, origin->dst_y, geometry->width,
-                                             geometry->height};
+        client = {origin->dst_x, origin->dst_y, geometry->width, geometry->height};
     }
     std::free(geometry);
     std::free(origin);
-    return result;
-}
-
-std::optional<std::array<std::int32_t, 4>> X11TestDesktop::outerFrame(xcb_window_t window) const {
-    const auto client = clientGeometry(window);
     if (!client) {
         return std::nullopt;
     }
@@ -411,24 +354,10 @@ X11TestDesktop::Client X11TestDesktop::startManagedClient(X11TestProcess::Option
     clients_.emplace_back(options);
     Client client;
     client.pid = clients_.back().pid();
-    const bool managed = waitUntil([&] {
-        client.windows.clear();
-        for (const xcb_window_t window : clientList()) {
-            // Managed means listed and framed: the manager has published the extents.
-            if (pidOf(window) == client.pid && !cardinals(window, "_NET_FRAME_EXTENTS").empty()) {
-                client.windows.push_back(window);
-            }
-        }
-        return static_cast<int>(client.windows.size()) >= windowCount;
-    });
-    if (!managed) {
-        std::fprintf(stderr, "client %d (%s) not managed; running: %d; listed:", client.pid,
-                     options.arguments.front().c_str(), clients_.back().isRunning() ? 1 : 0);
-        for (const xcb_window_t window : clientList()) {
-            std::fprintf(stderr, " 0x%x (pid %d, extents %zu)", window, pidOf(window).value_or(-1),
-                         cardinals(window, "_NET_FRAME_EXTENTS").size());
-        }
-        std::fprintf(stderr, "\n");
+    if (!waitUntil([&] {
+            client.windows = windowsOf(client.pid);
+            return static_cast<int>(client.windows.size()) >= windowCount;
+        })) {
         client.windows.clear();
     }
     return client;
@@ -462,14 +391,7 @@ void X11TestDesktop::stopClient(pid_t pid) {
             process.stop();
         }
     }
-    waitUntil([&] {
-        for (const xcb_window_t window : clientList()) {
-            if (pidOf(window) == pid) {
-                return false;
-            }
-        }
-        return true;
-    });
+    waitUntil([&] { return windowsOf(pid).empty(); });
 }
 
 std::optional<int> X11TestDesktop::runTool(std::vector<std::string> arguments) {
@@ -491,11 +413,6 @@ void X11TestDesktop::setXftDpi(int dpi) {
 
 bool X11TestDesktop::deleteMonitor(const std::string& name) {
     return runTool({"xrandr", "--delmonitor", name}) == 0;
-}
-
-void X11TestDesktop::useDataDirectory(const std::string& directory) {
-    ::setenv("XDG_DATA_HOME", (directory + "/home").c_str(), 1);
-    ::setenv("XDG_DATA_DIRS", directory.c_str(), 1);
 }
 
 } // namespace tilmora::test

@@ -19,6 +19,12 @@
 
 namespace tilmora::test {
 
+// X key codes of the keys tests press (evdev codes + 8).
+namespace keycode {
+constexpr std::uint8_t control = 37, alt = 64, super = 133, capsLock = 66, numLock = 77;
+constexpr std::uint8_t left = 113, right = 114;
+} // namespace keycode
+
 class X11TestDesktop {
 public:
     // openboxDefaults is openbox with the configuration it ships with: its own key bindings
@@ -36,8 +42,6 @@ public:
         WindowManager windowManager = WindowManager::openbox;
         std::string screenSize = "3360x1080";
         std::vector<Monitor> monitors;
-        // The desktop's Xft.dpi, set before the manager starts; 0 leaves it unset (96).
-        int xftDpi = 0;
     };
 
     struct Client {
@@ -71,10 +75,6 @@ public:
     // Stops a client and waits until its windows have left the client list.
     void stopClient(pid_t pid);
 
-    // Stops everything including the server; restart() brings the server and the manager
-    // back on the same display, without clients.
-    void stopServer();
-    bool restart();
     // Starts `manager` with --replace, as a user switching managers does: the running one hands
     // the screen over and exits, the new one frames every window. True once it has.
     bool replaceWindowManager(WindowManager manager);
@@ -91,30 +91,32 @@ public:
 
     // Input through XTest, as a device sends it: motion moves the pointer to root coordinates
     // (raw motion events follow, unlike a warp), keys and buttons are pressed or released.
-    void fakeKey(std::uint8_t keycode, bool press);
-    void fakeButton(std::uint8_t button, bool press);
-    void fakeMotion(std::int16_t x, std::int16_t y);
+    void fakeKey(std::uint8_t keycode, bool press) {
+        fakeInput(press ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode);
+    }
+    // Presses the keys in order and lets go of them in reverse, as a shortcut is typed.
+    void pressKeys(std::initializer_list<std::uint8_t> keys);
+    void fakeButton(std::uint8_t button, bool press) {
+        fakeInput(press ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, button);
+    }
+    void fakeMotion(std::int16_t x, std::int16_t y) { fakeInput(XCB_MOTION_NOTIFY, 0, x, y); }
 
-    std::vector<xcb_window_t> clientList() const;
-    std::optional<pid_t> pidOf(xcb_window_t window) const;
-    std::optional<xcb_window_t> activeWindow() const;
     std::vector<std::uint32_t> cardinals(xcb_window_t window, const char* property) const;
-    // The client area of a window in root coordinates.
-    std::optional<std::array<std::int32_t, 4>> clientGeometry(xcb_window_t window) const;
     // The outer visible frame: the client area grown by _NET_FRAME_EXTENTS and shrunk by
     // _GTK_FRAME_EXTENTS, as this connection sees them on the server.
     std::optional<std::array<std::int32_t, 4>> outerFrame(xcb_window_t window) const;
 
-    // Points the process's XDG data directories at `directory` (desktop entries for tests).
-    static void useDataDirectory(const std::string& directory);
-
 private:
-    bool startServer(const std::string& screenSize, const std::string& display = {});
+    bool startServer(const std::string& screenSize);
     // With `replacing`, the manager takes over from the running one.
     bool startWindowManager(WindowManager manager, bool replacing = false);
     std::optional<xcb_window_t> windowManagerCheck() const;
     Client startManagedClient(X11TestProcess::Options options, int windowCount);
+    std::vector<xcb_window_t> clientList() const;
+    // The managed windows of a process, in the order the manager lists them.
+    std::vector<xcb_window_t> windowsOf(pid_t pid) const;
     xcb_atom_t atom(const char* name) const;
+    void fakeInput(std::uint8_t type, std::uint8_t detail, std::int16_t x = 0, std::int16_t y = 0);
 
     QTemporaryDir scratch_;
     X11TestProcess server_;
@@ -123,7 +125,6 @@ private:
     std::string display_;
     xcb_connection_t* observer_ = nullptr;
     bool ready_ = false;
-    Options options_;
 };
 
 // The path of the test client executable.
