@@ -13,13 +13,15 @@ class AccessibilityError(RuntimeError):
     pass
 
 
-def application(name, timeout=15.0):
-    """The accessible application called `name`, once it has registered on the bus."""
+def application(name, timeout=15.0, pid=None):
+    """The accessible application called `name` (of process `pid` when given), once it has
+    registered on the bus. An application that just quit can still be listed for a moment."""
     desktop = pyatspi.Registry.getDesktop(0)
     deadline = time.monotonic() + timeout
     while time.monotonic() < deadline:
         for app in desktop:
-            if app is not None and app.name == name:
+            if app is not None and app.name == name and (pid is None
+                                                         or app.get_process_id() == pid):
                 return app
         time.sleep(0.1)
     raise AccessibilityError(f"no application {name!r} on the accessibility bus")

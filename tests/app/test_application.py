@@ -172,11 +172,12 @@ class WithoutWindowManager(unittest.TestCase):
             wait_for("the first instance to quit", lambda: first.poll() is not None)
             self.assertEqual(first.returncode, 0)
             # The new instance is a process of its own, started detached.
-            wait_for("the new instance", lambda: self.instance_pids(session), timeout=20)
-            self.assertNotIn(first.pid, self.instance_pids(session))
+            instances = wait_for("the new instance", lambda: self.instance_pids(session),
+                                 timeout=20)
+            self.assertNotIn(first.pid, instances)
 
             session.start_window_manager()
-            app = atspi.application("Tilmora")
+            app = atspi.application("Tilmora", pid=instances[0])
             atspi.act(atspi.find(app, "push button", "Check Again"))
             wait_for("the banner to go", lambda: not atspi.showing(
                 app, "label", "Window manager access required"))
