@@ -24,7 +24,6 @@ public:
 
     SidebarView* sidebar() const { return sidebar_; }
     QStackedWidget* detail() const { return detail_; }
-    ArrangeMenu* arrangeMenu() const { return arrangeMenu_; }
 
 Q_SIGNALS:
     // The window was shown, the first time or again.

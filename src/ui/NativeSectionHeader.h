@@ -18,9 +18,6 @@ public:
     NativeSectionHeader(const QString& title, const std::optional<QString>& subtitle,
                         QWidget* trailing = nullptr, QWidget* parent = nullptr);
 
-    QLabel* titleLabel() const { return title_; }
-    QLabel* subtitleLabel() const { return subtitle_; }
-
 private:
     QLabel* title_;
     QLabel* subtitle_ = nullptr;

@@ -23,7 +23,6 @@ public:
 
     // Shows the icon now if a tray host is there, else as soon as one appears.
     void show();
-    bool isShown() const { return icon_.isVisible(); }
 
 Q_SIGNALS:
     // The icon itself was clicked.
