@@ -12,6 +12,8 @@
 //   --fixed WxH               minimum and maximum size
 //   --gtk-extents L,R,T,B     invisible client-side shadows, drawn without decorations
 //   --strut L,R,T,B,...       _NET_WM_STRUT_PARTIAL (12 numbers)
+//   --undo-resizes 1          asks for its first size back whenever it is resized, as a client
+//                             that enforces a size without saying so in its hints
 #include <xcb/xcb.h>
 
 #include <cstdint>
@@ -42,6 +44,7 @@ struct Settings {
     std::vector<std::uint32_t> maximum;
     std::vector<std::uint32_t> gtkExtents;
     std::vector<std::uint32_t> strut;
+    bool undoResizes = false;
 };
 
 std::vector<std::uint32_t> numbers(const std::string& text) {
@@ -89,6 +92,8 @@ Settings parse(int argc, char** argv) {
             s.gtkExtents = numbers(value);
         } else if (option == "--strut") {
             s.strut = numbers(value);
+        } else if (option == "--undo-resizes") {
+            s.undoResizes = value == "1";
         }
     }
     return s;
@@ -182,6 +187,14 @@ int main(int argc, char** argv) {
     xcb_flush(c);
     // Runs until the test stops it or the server goes away.
     while (xcb_generic_event_t* event = xcb_wait_for_event(c)) {
+        const auto* configure = reinterpret_cast<const xcb_configure_notify_event_t*>(event);
+        if (s.undoResizes && (event->response_type & 0x7F) == XCB_CONFIGURE_NOTIFY &&
+            (configure->width != s.width || configure->height != s.height)) {
+            const std::uint32_t size[] = {s.width, s.height};
+            xcb_configure_window(c, configure->window,
+                                 XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
+            xcb_flush(c);
+        }
         std::free(event);
     }
     xcb_disconnect(c);
