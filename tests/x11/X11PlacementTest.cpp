@@ -267,12 +267,14 @@ TEST_F(X11Placement, AFreshlyMappedPlainWindowLandsAtOnceUnderMutter) {
     }
     for (int i = 0; i < windowCount; ++i) {
         SCOPED_TRACE(testing::Message() << "window " << i + 1 << " of " << windowCount);
-        const auto client = desktop_->startTestClient({"--title", "Plain"});
+        const auto client = desktop_->startTestClient({"--title", "Plain", "--sync-delay", std::getenv("SYNC_DELAY") ? std::getenv("SYNC_DELAY") : "5"});
         ASSERT_EQ(client.windows.size(), 1U);
         const xcb_window_t window = client.windows.front();
         const CGRect half = area(i % 2 == 0 ? 0 : 0.5, 0, 0.5, 1);
 
+        const auto t0 = std::chrono::steady_clock::now();
         const auto result = windows_->setFrame(half, WindowElement{window});
+        fprintf(stderr, "DBG attempts %d exact %d %.1f ms\n", result ? result->attempts : -1, result ? result->isExact : -1, std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count());
 
         ASSERT_TRUE(result) << result.error();
         EXPECT_EQ(result->finalFrame, half);
