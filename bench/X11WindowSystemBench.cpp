@@ -45,12 +45,12 @@ X11TestDesktop& crowdedDesktop() {
     if (s.key != "crowded") {
         s.desktop.reset();
         s.key = "crowded";
-        s.desktop = std::make_unique<X11TestDesktop>(
-            X11TestDesktop::Options{WM::openbox, "1920x1080", {}});
+        s.desktop =
+            std::make_unique<X11TestDesktop>(X11TestDesktop::Options{WM::openbox, "1920x1080", {}});
         for (int i = 0; i < applicationCount && s.desktop->isReady(); ++i) {
             const std::string name = "app" + std::to_string(i);
-            s.desktop->startTestClient({"--class", name + "," + name, "--title", name,
-                                        "--geometry", "400x300+" + std::to_string(20 * i) + "+40"},
+            s.desktop->startTestClient({"--class", name + "," + name, "--title", name, "--geometry",
+                                        "400x300+" + std::to_string(20 * i) + "+40"},
                                        windowsPerApplication);
         }
     }
@@ -78,10 +78,10 @@ DesktopSlot* placementDesktop(WM manager, benchmark::State& state) {
         s.key = key;
         s.desktop = std::make_unique<X11TestDesktop>(
             X11TestDesktop::Options{manager, "1920x1080", {}, server});
-        const auto client = s.desktop->isReady() ? s.desktop->startTestClient(
-                                                       {"--title", "Target", "--geometry",
-                                                        "400x300+0+0"})
-                                                 : X11TestDesktop::Client{};
+        const auto client =
+            s.desktop->isReady()
+                ? s.desktop->startTestClient({"--title", "Target", "--geometry", "400x300+0+0"})
+                : X11TestDesktop::Client{};
         s.target = client.windows.empty() ? xcb_window_t{XCB_WINDOW_NONE} : client.windows.front();
     }
     if (s.target == XCB_WINDOW_NONE) {
@@ -162,8 +162,7 @@ void BareMoveResize(benchmark::State& state, WM manager) {
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(c)).data->root;
     const auto atom = [&](const char* name) {
         auto* reply = xcb_intern_atom_reply(
-            c, xcb_intern_atom(c, 0, static_cast<std::uint16_t>(std::strlen(name)), name),
-            nullptr);
+            c, xcb_intern_atom(c, 0, static_cast<std::uint16_t>(std::strlen(name)), name), nullptr);
         const xcb_atom_t result = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
         std::free(reply);
         return result;
@@ -257,8 +256,8 @@ const bool registered = [] {
         benchmark::RegisterBenchmark(("BareMoveResize/" + name).c_str(), BareMoveResize, manager)
             ->Unit(benchmark::kMillisecond)
             ->Iterations(placementCount);
-        benchmark::RegisterBenchmark(("CooperativePlacement/" + name).c_str(),
-                                     CooperativePlacement, manager)
+        benchmark::RegisterBenchmark(("CooperativePlacement/" + name).c_str(), CooperativePlacement,
+                                     manager)
             ->Unit(benchmark::kMillisecond)
             ->Iterations(placementCount);
     }

@@ -33,6 +33,11 @@ bool X11FrameWriter::isBeingPlaced(xcb_window_t window) const {
     return found != placements_.end() && Clock::now() - found->second.lastWrite < placementWindow;
 }
 
+bool X11FrameWriter::hasFreshFrame(xcb_window_t window) const {
+    const auto found = placements_.find(window);
+    return found != placements_.end() && found->second.readSinceSent && !found->second.unsent;
+}
+
 std::int32_t X11FrameWriter::setPosition(xcb_window_t window, std::int64_t x, std::int64_t y) {
     return write(window, x, y, std::nullopt, std::nullopt);
 }
@@ -44,6 +49,18 @@ std::int32_t X11FrameWriter::setSize(xcb_window_t window, std::int64_t width, st
 const X11WindowRecord* X11FrameWriter::freshRecord(xcb_window_t window) {
     mirror_.invalidate(window, X11WindowRecord::Part::geometry | X11WindowRecord::Part::extents |
                                    X11WindowRecord::Part::state | X11WindowRecord::Part::sizeHints);
+    if (!mirror_.require({window},
+                         X11WindowRecord::Part::sizeHints | X11WindowRecord::Part::tree)) {
+        return nullptr;
+    }
+    const X11WindowRecord* record = mirror_.find(window);
+    return record && !record->gone && record->client ? record : nullptr;
+}
+
+const X11WindowRecord* X11FrameWriter::currentRecord(xcb_window_t window) {
+    if (!hasFreshFrame(window)) {
+        return freshRecord(window);
+    }
     if (!mirror_.require({window},
                          X11WindowRecord::Part::sizeHints | X11WindowRecord::Part::tree)) {
         return nullptr;
@@ -67,7 +84,7 @@ std::int32_t X11FrameWriter::write(xcb_window_t window, std::optional<std::int64
             const X11WindowRecord* known = mirror_.find(entry.first);
             return !known || known->gone;
         });
-        record = freshRecord(window);
+        record = currentRecord(window);
         if (record && leaveMaximizedAndFullScreen(*record)) {
             record = freshRecord(window);
         }
@@ -103,6 +120,7 @@ void X11FrameWriter::sendWritten() {
 
 bool X11FrameWriter::send(xcb_window_t window, Placement& placement) {
     placement.unsent = false;
+    placement.readSinceSent = false;
     const X11WindowRecord* record = mirror_.find(window);
     if (!record || record->gone || !record->client) {
         return false;
@@ -259,8 +277,7 @@ void X11FrameWriter::raise(xcb_window_t window) {
     }
 }
 
-X11FrameWriter::Outcome X11FrameWriter::outcome(xcb_window_t window,
-                                                const Placement& placement) {
+X11FrameWriter::Outcome X11FrameWriter::outcome(xcb_window_t window, Placement& placement) {
     const X11WindowRecord* record = mirror_.find(window);
     // The client size the window was last notified of must be one the request can end with;
     // anything else (a move on its way, the manager's own placement) is not worth a round trip.
@@ -273,6 +290,7 @@ X11FrameWriter::Outcome X11FrameWriter::outcome(xcb_window_t window,
     if (!frame) {
         return Outcome::pending;
     }
+    placement.readSinceSent = true;
     const X11Rect& target = placement.target;
     const auto near = [](std::int64_t a, std::int64_t b) { return std::abs(a - b) <= tolerance; };
     const bool placed = near(frame->x, target.x) && near(frame->y, target.y);

@@ -34,8 +34,8 @@ public:
     static constexpr std::chrono::milliseconds placementWindow{1000};
     // How long a window placed for the first time must keep the frame it reached before the
     // settle believes it (longer when the manager took longer to answer): a client that undoes
-    // every resize does so about as fast as its manager answered.
-    static constexpr std::chrono::milliseconds firstPlacementHold{5};
+    // every resize does so about as fast as its manager answered, later on a busy machine.
+    static constexpr std::chrono::milliseconds firstPlacementHold{20};
 
     X11FrameWriter(X11Connection& connection, X11WindowMirror& mirror);
 
@@ -50,8 +50,10 @@ public:
     // Sends what was written and waits for the manager's answer to it: the frame asked for, or
     // the one the window's size hints allow instead, never past `maximum`.
     void settle(xcb_window_t window, std::chrono::milliseconds maximum);
-    // Written to in the current placement: its frame must be read from the server.
+    // Written to in the current placement: its frame must be read from the server, unless
+    // the settle has read it since the last request (what changed since comes as events).
     bool isBeingPlaced(xcb_window_t window) const;
+    bool hasFreshFrame(xcb_window_t window) const;
 
 private:
     // What a window did with a frame it reached, remembered for its next placements.
@@ -72,6 +74,8 @@ private:
         // The window already had the target frame when the last request went out, so the
         // manager may drop it without any event.
         bool alreadyThere = false;
+        // Read from the server after the last request.
+        bool readSinceSent = false;
         Answer answer = Answer::unknown;
     };
 
@@ -80,6 +84,8 @@ private:
                        std::optional<std::int64_t> height);
     // The live record with its geometry, extents and state read afresh; null when gone.
     const X11WindowRecord* freshRecord(xcb_window_t window);
+    // The live record, read afresh unless the settle has just read it.
+    const X11WindowRecord* currentRecord(xcb_window_t window);
     // Asks the manager to restore the window and waits for it; false when it was neither
     // maximized nor full screen.
     bool leaveMaximizedAndFullScreen(const X11WindowRecord& record);
@@ -92,7 +98,7 @@ private:
     // Whether the frame the window shows answers its last request, after a round trip when
     // the client size it was last notified of could.
     enum class Outcome { pending, target, allowedByHints };
-    Outcome outcome(xcb_window_t window, const Placement& placement);
+    Outcome outcome(xcb_window_t window, Placement& placement);
 
     X11Connection& connection_;
     X11WindowMirror& mirror_;

@@ -24,10 +24,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <optional>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <unistd.h>
@@ -247,8 +247,7 @@ int main(int argc, char** argv) {
                               std::uint64_t{message->data.data32[3]} << 32;
             }
             if (type == XCB_CONFIGURE_NOTIFY && syncRequest && !drawnAt) {
-                drawnAt = std::chrono::steady_clock::now() +
-                          std::chrono::milliseconds(s.syncDelay);
+                drawnAt = std::chrono::steady_clock::now() + std::chrono::milliseconds(s.syncDelay);
             }
             if (s.undoResizes && type == XCB_CONFIGURE_NOTIFY &&
                 (configure->width != s.width || configure->height != s.height)) {

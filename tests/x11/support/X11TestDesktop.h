@@ -1,8 +1,8 @@
 // A private X desktop for one test: its own X server on a free display (Xvfb, or Xorg's dummy
 // driver with two outputs), monitors set with xrandr, a window manager with a test configuration
 // (the big desktops' managers each in a D-Bus session of their own), and clients (xterm and the
-// project's own test client). Waits are for conditions seen through an observer connection, never fixed sleeps,
-// and everything started is stopped by its pid when the desktop goes away.
+// project's own test client). Waits are for conditions seen through an observer connection, never
+// fixed sleeps, and everything started is stopped by its pid when the desktop goes away.
 #pragma once
 
 #include "x11/support/X11TestProcess.h"
