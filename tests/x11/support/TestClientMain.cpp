@@ -27,7 +27,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <unistd.h>
@@ -211,13 +210,16 @@ int main(int argc, char** argv) {
     xcb_flush(c);
     // Runs until the test stops it or the server goes away. A resize asked for with a sync
     // request is answered once it is drawn: the counter is set to the request's value.
-    std::optional<std::uint64_t> syncRequest;
-    std::optional<std::chrono::steady_clock::time_point> drawnAt;
+    // The value of the sync request being answered, and when its drawing is done.
+    bool syncPending = false;
+    std::uint64_t syncRequest = 0;
+    bool drawing = false;
+    std::chrono::steady_clock::time_point drawnAt;
     while (true) {
         int timeout = -1;
-        if (drawnAt) {
+        if (drawing) {
             const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-                *drawnAt - std::chrono::steady_clock::now());
+                drawnAt - std::chrono::steady_clock::now());
             timeout = static_cast<int>(std::max<std::int64_t>(left.count(), 0));
         }
         pollfd descriptor{xcb_get_file_descriptor(c), POLLIN, 0};
@@ -228,13 +230,13 @@ int main(int argc, char** argv) {
         if (!xcb_poll_for_queued_event(c)) {
             ::poll(&descriptor, 1, timeout);
         }
-        if (drawnAt && std::chrono::steady_clock::now() >= *drawnAt) {
-            drawnAt.reset();
-            if (syncRequest) {
-                const xcb_sync_int64_t value{static_cast<std::int32_t>(*syncRequest >> 32),
-                                             static_cast<std::uint32_t>(*syncRequest)};
+        if (drawing && std::chrono::steady_clock::now() >= drawnAt) {
+            drawing = false;
+            if (syncPending) {
+                const xcb_sync_int64_t value{static_cast<std::int32_t>(syncRequest >> 32),
+                                             static_cast<std::uint32_t>(syncRequest)};
                 xcb_sync_set_counter(c, syncCounter, value);
-                syncRequest.reset();
+                syncPending = false;
             }
         }
         while (xcb_generic_event_t* event = xcb_poll_for_event(c)) {
@@ -245,8 +247,10 @@ int main(int argc, char** argv) {
                 message->data.data32[0] == syncRequestAtom) {
                 syncRequest = std::uint64_t{message->data.data32[2]} |
                               std::uint64_t{message->data.data32[3]} << 32;
+                syncPending = true;
             }
-            if (type == XCB_CONFIGURE_NOTIFY && syncRequest && !drawnAt) {
+            if (type == XCB_CONFIGURE_NOTIFY && syncPending && !drawing) {
+                drawing = true;
                 drawnAt = std::chrono::steady_clock::now() + std::chrono::milliseconds(s.syncDelay);
             }
             if (s.undoResizes && type == XCB_CONFIGURE_NOTIFY &&
