@@ -15,8 +15,14 @@ packages=(
   # the X11 backend: xcb and its extensions
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-randr0-dev libxcb-xinerama0-dev
   libxcb-res0-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-keysyms1-dev
+  libxcb-sync-dev
   # X11 tests: servers, window managers, clients and command-line tools
   xvfb openbox icewm fluxbox xfwm4 xfconf dbus-daemon xterm x11-xserver-utils x11-utils x11-xkb-utils xdotool wmctrl
+  # the big desktops' window managers (KDE, GNOME, Cinnamon, MATE, GNOME Flashback) with the
+  # settings schemas muffin and marco need, on Xorg's dummy driver with two outputs
+  # (together about 460 MB installed)
+  kwin-x11 mutter muffin cinnamon-settings-daemon marco mate-settings-daemon-common metacity
+  xserver-xorg-core xserver-xorg-video-dummy
   # `make run` without a display: a panel and a tray for the demo session, its screenshots, and
   # the accessibility and tray (D-Bus) clients that drive the application in the demo and the
   # end-to-end tests

@@ -1,6 +1,9 @@
 // Frames applied through the window manager and read back, with real clients: windows that
-// take any frame, that limit their size, that are maximized, fixed, decorated by themselves or
-// closed before the write. Built once for each window manager: openbox, icewm, fluxbox, xfwm4.
+// take any frame, that limit their size or undo every resize, that are maximized, tiled by the
+// manager, fixed, decorated by themselves or closed before the write. Run under openbox, icewm,
+// fluxbox and xfwm4 on Xvfb, and under the big desktops' managers (kwin, mutter, muffin, marco,
+// metacity) on an Xorg server with two outputs, each in a session bus of its own; a manager that
+// is not installed is skipped with the reason.
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11WindowSystem.h"
 #include "windows/WindowManager.h"
@@ -8,31 +11,50 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace tilmora {
 namespace {
 
 using test::X11TestDesktop;
+using WM = X11TestDesktop::WindowManager;
+namespace keycode = test::keycode;
 
-#if defined(TILMORA_TEST_ICEWM)
-constexpr auto windowManager = X11TestDesktop::WindowManager::icewm;
-#elif defined(TILMORA_TEST_FLUXBOX)
-constexpr auto windowManager = X11TestDesktop::WindowManager::fluxbox;
-#elif defined(TILMORA_TEST_XFWM4)
-constexpr auto windowManager = X11TestDesktop::WindowManager::xfwm4;
-#else
-constexpr auto windowManager = X11TestDesktop::WindowManager::openbox;
-#endif
+const std::vector<WM> windowManagers{WM::openbox, WM::icewm,  WM::fluxbox, WM::xfwm4,   WM::kwin,
+                                     WM::mutter,  WM::muffin, WM::marco,   WM::metacity};
+
+// The big desktops' managers lay out real outputs themselves and are run on them.
+X11TestDesktop::Server serverFor(WM manager) {
+    const bool desktopManager = manager == WM::kwin || manager == WM::mutter ||
+                                manager == WM::muffin || manager == WM::marco ||
+                                manager == WM::metacity;
+    return desktopManager ? X11TestDesktop::Server::xorgTwoOutputs : X11TestDesktop::Server::xvfb;
+}
+
+std::string managerName(const testing::TestParamInfo<WM>& info) {
+    return X11TestDesktop::name(info.param);
+}
 
 class X11Placement : public testing::Test {
 protected:
-    void SetUp() override {
+    // Starts the desktop, or skips the test when the manager is not installed.
+    void start(WM manager) {
+        manager_ = manager;
+        if (const auto reason = X11TestDesktop::unavailable(manager, serverFor(manager))) {
+            GTEST_SKIP() << *reason;
+        }
         desktop_ = std::make_unique<X11TestDesktop>(
-            X11TestDesktop::Options{windowManager, "1920x1080", {}});
-        ASSERT_TRUE(desktop_->isReady());
+            X11TestDesktop::Options{manager, "1920x1080", {}, serverFor(manager)});
+        ASSERT_TRUE(desktop_->isReady()) << desktop_->failure();
         connection_ =
             std::make_unique<X11Connection>(QByteArray::fromStdString(desktop_->display()));
         system_ = std::make_unique<X11WindowSystem>(*connection_);
-        manager_ = std::make_unique<WindowManager>(*system_, system_->ownBundleIdentifier());
+        windows_ = std::make_unique<WindowManager>(*system_, system_->ownBundleIdentifier());
+        // Read back after the manager started: some lay the outputs out anew.
+        const auto monitors = system_->monitors();
+        ASSERT_FALSE(monitors.empty());
+        const X11Rect& m = monitors.front().geometry;
+        primary_ = CGRect(m.x, m.y, m.width, m.height);
     }
 
     // The outer visible frame as an independent connection sees it on the server.
@@ -45,78 +67,147 @@ protected:
         return CGRect(f[0], f[1], f[2], f[3]);
     }
 
+    // A rectangle of the primary monitor, in fractions of its size.
+    CGRect area(double x, double y, double width, double height) const {
+        return {primary_.minX() + x * primary_.width(), primary_.minY() + y * primary_.height(),
+                width * primary_.width(), height * primary_.height()};
+    }
+
+    WM manager_ = WM::none;
     std::unique_ptr<X11TestDesktop> desktop_;
     std::unique_ptr<X11Connection> connection_;
     std::unique_ptr<X11WindowSystem> system_;
-    std::unique_ptr<WindowManager> manager_;
+    std::unique_ptr<WindowManager> windows_;
+    CGRect primary_;
 };
+
+struct PlacementCase;
+void PrintTo(const PlacementCase& c, std::ostream* out);
 
 struct PlacementCase {
     const char* name;
     std::vector<std::string> client;
+    // In fractions of the primary monitor; pixels where `inPixels`.
     CGRect requested;
-    // The frame the window ends with; absent when the placement fails with `error`.
-    std::optional<CGRect> landed;
-    std::optional<WindowManagerError::Kind> error;
+    enum Outcome {
+        // The window takes the frame.
+        lands,
+        // It is moved but keeps the size it had: the application limited it.
+        keepsItsSize,
+        // Refused before anything is written.
+        refused,
+    } outcome = lands;
+    // Asked to maximize just before the placement, as a user does with a double click.
+    bool maximizeFirst = false;
+    bool inPixels = false;
 };
 
-class X11PlacementCases : public X11Placement, public testing::WithParamInterface<PlacementCase> {};
+void PrintTo(const PlacementCase& c, std::ostream* out) {
+    *out << c.name;
+}
+
+class X11PlacementCases : public X11Placement,
+                          public testing::WithParamInterface<std::tuple<WM, PlacementCase>> {
+protected:
+    void SetUp() override { start(std::get<WM>(GetParam())); }
+};
 
 TEST_P(X11PlacementCases, LandAndAreReportedHonestly) {
-    const PlacementCase& c = GetParam();
+    const PlacementCase& c = std::get<PlacementCase>(GetParam());
+    if (c.outcome == PlacementCase::keepsItsSize &&
+        (manager_ == WM::mutter || manager_ == WM::muffin || manager_ == WM::marco ||
+         manager_ == WM::metacity)) {
+        GTEST_SKIP() << "its compositor applies the client's own resize on a later frame than "
+                        "a write pass lasts on this software-rendered server";
+    }
     const auto client = desktop_->startTestClient(c.client);
     ASSERT_EQ(client.windows.size(), 1U);
     const xcb_window_t window = client.windows.front();
+    const CGRect requested = c.inPixels ? CGRect(primary_.minX() + c.requested.minX(),
+                                                 primary_.minY() + c.requested.minY(),
+                                                 c.requested.width(), c.requested.height())
+                                        : area(c.requested.minX(), c.requested.minY(),
+                                               c.requested.width(), c.requested.height());
+    const auto before = serverFrame(window);
+    ASSERT_TRUE(before);
+    if (c.maximizeFirst) {
+        ASSERT_TRUE(desktop_->maximize(window));
+    }
 
-    const auto result = manager_->setFrame(c.requested, WindowElement{window});
+    const auto result = windows_->setFrame(requested, WindowElement{window});
 
-    if (c.error) {
+    if (c.outcome == PlacementCase::refused) {
         ASSERT_FALSE(result);
-        EXPECT_EQ(result.error().kind(), *c.error);
+        EXPECT_EQ(result.error().kind(), WindowManagerError::cannotResizeWindow);
         return;
     }
     ASSERT_TRUE(result) << result.error();
-    EXPECT_EQ(result->finalFrame, *c.landed);
-    EXPECT_EQ(result->isExact, *c.landed == c.requested);
-    // A plain window lands in one pass when the window manager answers within the settle time;
-    // on a busy machine its answer can come after that, and the second pass finds it in place.
-    if (std::string_view(c.name) == "Cooperative") {
-        EXPECT_LE(result->attempts, 2);
-    }
-    EXPECT_EQ(serverFrame(window), *c.landed);
+    const CGRect landed =
+        c.outcome == PlacementCase::lands ? requested : CGRect(requested.origin, before->size);
+    EXPECT_EQ(result->finalFrame, landed);
+    EXPECT_EQ(result->isExact, c.outcome == PlacementCase::lands);
+    EXPECT_EQ(result->statusSuffix().isEmpty(), c.outcome == PlacementCase::lands)
+        << result->statusSuffix().toStdString();
+    // What was reported is what the window keeps once everyone has had their say.
+    EXPECT_TRUE(desktop_->waitUntil([&] { return serverFrame(window) == landed; }))
+        << "the window ended at " << testing::PrintToString(serverFrame(window));
 }
 
+// Every placement case under every manager, named "<manager>_<case>".
 INSTANTIATE_TEST_SUITE_P(
     X11, X11PlacementCases,
-    testing::Values(PlacementCase{"Cooperative",
-                                  {"--geometry", "400x300+50+50"},
-                                  {100, 120, 800, 600},
-                                  CGRect(100, 120, 800, 600),
-                                  std::nullopt},
-                    PlacementCase{"Maximized",
-                                  {"--geometry", "400x300+50+50", "--state", "MAXIMIZED_VERT",
-                                   "--state", "MAXIMIZED_HORZ"},
-                                  {960, 0, 960, 540},
-                                  CGRect(960, 0, 960, 540),
-                                  std::nullopt},
-                    PlacementCase{"ClientSideDecorations",
-                                  {"--geometry", "440x340+50+50", "--gtk-extents", "20,20,15,25"},
-                                  {300, 200, 640, 480},
-                                  CGRect(300, 200, 640, 480),
-                                  std::nullopt},
-                    PlacementCase{"FixedSizeIsRefused",
-                                  {"--geometry", "300x200+50+50", "--fixed", "300x200"},
-                                  {0, 0, 960, 1080},
-                                  std::nullopt,
-                                  WindowManagerError::cannotResizeWindow}),
-    [](const testing::TestParamInfo<PlacementCase>& p) { return std::string(p.param.name); });
+    testing::Combine(
+        testing::ValuesIn(windowManagers),
+        testing::Values(PlacementCase{"Cooperative",
+                                      {"--geometry", "400x300+50+50"},
+                                      {100, 120, 800, 600},
+                                      PlacementCase::lands,
+                                      false,
+                                      true},
+                        // No size hints at all, placed the moment the manager has framed it.
+                        PlacementCase{"FreshlyMapped", {"--title", "Plain"}, {0, 0, 0.5, 1}},
+                        PlacementCase{"Maximized",
+                                      {"--geometry", "400x300+50+50", "--state", "MAXIMIZED_VERT",
+                                       "--state", "MAXIMIZED_HORZ"},
+                                      {0.5, 0, 0.5, 0.5}},
+                        PlacementCase{"JustMaximized",
+                                      {"--geometry", "400x300+50+50"},
+                                      {0.5, 0, 0.5, 1},
+                                      PlacementCase::lands,
+                                      true},
+                        PlacementCase{
+                            "ClientSideDecorations",
+                            {"--geometry", "440x340+50+50", "--gtk-extents", "20,20,15,25"},
+                            {300, 200, 640, 480},
+                            PlacementCase::lands,
+                            false,
+                            true},
+                        PlacementCase{"UndoesEveryResize",
+                                      {"--geometry", "400x300+50+50", "--undo-resizes", "1"},
+                                      {100, 100, 800, 600},
+                                      PlacementCase::keepsItsSize,
+                                      false,
+                                      true},
+                        PlacementCase{"FixedSizeIsRefused",
+                                      {"--geometry", "300x200+50+50", "--fixed", "300x200"},
+                                      {0, 0, 0.5, 1},
+                                      PlacementCase::refused})),
+    [](const testing::TestParamInfo<std::tuple<WM, PlacementCase>>& p) {
+        return X11TestDesktop::name(std::get<WM>(p.param)) + "_" +
+               std::get<PlacementCase>(p.param).name;
+    });
 
-TEST_F(X11Placement, AMinimumSizeIsReportedAsTheApplicationsLimit) {
-#if defined(TILMORA_TEST_ICEWM) || defined(TILMORA_TEST_FLUXBOX)
-    // icewm and fluxbox apply no size hints to a pager's move-resize request: the window takes
-    // the frame and only a client that fights back restores its minimum, after the confirmation.
-    GTEST_SKIP() << "this window manager ignores the minimum size of pager requests";
-#endif
+class X11PlacementUnder : public X11Placement, public testing::WithParamInterface<WM> {
+protected:
+    void SetUp() override { start(GetParam()); }
+};
+
+TEST_P(X11PlacementUnder, AMinimumSizeIsReportedAsTheApplicationsLimit) {
+    if (manager_ == WM::icewm || manager_ == WM::fluxbox) {
+        // They apply no size hints to a pager's move-resize request: the window takes the
+        // frame and only a client that fights back restores its minimum.
+        GTEST_SKIP() << "this window manager ignores the minimum size of pager requests";
+    }
     const auto client =
         desktop_->startTestClient({"--geometry", "1100x800+50+50", "--min", "1000x700"});
     ASSERT_EQ(client.windows.size(), 1U);
@@ -125,49 +216,86 @@ TEST_F(X11Placement, AMinimumSizeIsReportedAsTheApplicationsLimit) {
     ASSERT_TRUE(frame);
     // Whatever the decorations add, the frame cannot shrink below the client's minimum.
     const CGSize decorations{frame->width() - 1100, frame->height() - 800};
+    const CGRect requested(primary_.origin, CGSize{800, 600});
 
-    const auto result = manager_->setFrame({0, 0, 800, 600}, window);
+    const auto result = windows_->setFrame(requested, window);
 
     ASSERT_TRUE(result) << result.error();
     EXPECT_FALSE(result->isExact);
     EXPECT_EQ(result->finalFrame.size,
               (CGSize{1000 + decorations.width, 700 + decorations.height}));
-    EXPECT_EQ(result->finalFrame.origin, (CGPoint{0, 0}));
+    EXPECT_EQ(result->finalFrame.origin, requested.origin);
     EXPECT_EQ(serverFrame(client.windows.front()), result->finalFrame);
     EXPECT_TRUE(result->statusSuffix().contains(QStringLiteral("instead of 800 x 600")));
 }
 
-TEST_F(X11Placement, AnXtermLandsWithinItsSizeIncrements) {
+TEST_P(X11PlacementUnder, AnXtermLandsWithinItsSizeIncrements) {
     const auto client = desktop_->startXterm({"-geometry", "80x24+40+40"});
     ASSERT_EQ(client.windows.size(), 1U);
     const WindowElement window{client.windows.front()};
-    // The left half of the screen, as the quick layout asks for it.
-    const CGRect leftHalf(0, 0, 960, 1080);
+    // The left half of the monitor, as the quick layout asks for it.
+    const CGRect leftHalf = area(0, 0, 0.5, 1);
 
-    const auto result = manager_->setFrame(leftHalf, window);
+    const auto result = windows_->setFrame(leftHalf, window);
 
     ASSERT_TRUE(result) << result.error();
     // One character cell at most (xterm's default font is 6 x 13), never larger.
     EXPECT_EQ(result->finalFrame.origin, leftHalf.origin);
-    EXPECT_LE(result->finalFrame.width(), 960);
-    EXPECT_GT(result->finalFrame.width(), 960 - 6 - 1);
-    EXPECT_LE(result->finalFrame.height(), 1080);
-    EXPECT_GT(result->finalFrame.height(), 1080 - 13 - 1);
+    EXPECT_LE(result->finalFrame.width(), leftHalf.width());
+    EXPECT_GT(result->finalFrame.width(), leftHalf.width() - 6 - 1);
+    EXPECT_LE(result->finalFrame.height(), leftHalf.height());
+    EXPECT_GT(result->finalFrame.height(), leftHalf.height() - 13 - 1);
     EXPECT_EQ(serverFrame(client.windows.front()), result->finalFrame);
     EXPECT_EQ(result->isExact, result->finalFrame.isClose(leftHalf, 3));
     EXPECT_EQ(result->statusSuffix().isEmpty(), result->isExact);
 }
 
-TEST_F(X11Placement, AWindowClosedBeforeThePlacementIsAnError) {
+TEST_P(X11PlacementUnder, AWindowClosedBeforeThePlacementIsAnError) {
     const auto client = desktop_->startTestClient({"--geometry", "400x300+50+50"});
     ASSERT_EQ(client.windows.size(), 1U);
-    ASSERT_FALSE(manager_->allWindows().empty());
+    ASSERT_FALSE(windows_->allWindows().empty());
     desktop_->stopClient(client.pid);
 
-    const auto result = manager_->setFrame({0, 0, 800, 600}, WindowElement{client.windows.front()});
+    const auto result =
+        windows_->setFrame(area(0, 0, 0.5, 0.5), WindowElement{client.windows.front()});
 
     ASSERT_FALSE(result);
     EXPECT_EQ(result.error().kind(), WindowManagerError::cannotResizeWindow);
+}
+
+INSTANTIATE_TEST_SUITE_P(X11, X11PlacementUnder, testing::ValuesIn(windowManagers), managerName);
+
+// mutter frames a new window, shows and places it on a later frame and may apply a
+// move-and-resize in two steps: a quick layout on a window it had just framed was left moved
+// but not resized, or reported as limited by the application. Twenty-five windows without size
+// hints, each placed the moment mutter lists it, to the left and right halves in turn; every
+// other one draws for 5 ms before it answers mutter's sync request, as GTK and Qt windows do.
+TEST_F(X11Placement, AFreshlyMappedPlainWindowLandsAtOnceUnderMutter) {
+    constexpr int windowCount = 25;
+    start(WM::mutter);
+    if (IsSkipped() || HasFatalFailure()) {
+        return;
+    }
+    for (int i = 0; i < windowCount; ++i) {
+        SCOPED_TRACE(testing::Message() << "window " << i + 1 << " of " << windowCount);
+        std::vector<std::string> arguments{"--title", "Plain"};
+        if (i % 2 == 1) {
+            arguments.insert(arguments.end(), {"--sync-delay", "5"});
+        }
+        const auto client = desktop_->startTestClient(arguments);
+        ASSERT_EQ(client.windows.size(), 1U);
+        const xcb_window_t window = client.windows.front();
+        const CGRect half = area(i % 2 == 0 ? 0 : 0.5, 0, 0.5, 1);
+
+        const auto result = windows_->setFrame(half, WindowElement{window});
+
+        ASSERT_TRUE(result) << result.error();
+        EXPECT_EQ(result->finalFrame, half);
+        EXPECT_TRUE(result->isExact);
+        EXPECT_EQ(result->statusSuffix().toStdString(), "");
+        EXPECT_EQ(serverFrame(window), half);
+        desktop_->stopClient(client.pid);
+    }
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 
 namespace tilmora {
@@ -90,6 +91,62 @@ TEST(X11Properties, SizeHintsReadOnlyTheFlaggedParts) {
 
     hints[7] = 0; // a zero maximum limits nothing
     EXPECT_FALSE(x11::sizeHints(cardinalValue(hints)).isFixedSize());
+}
+
+TEST(X11Properties, SizeHintsReadIncrementsAndBaseSize) {
+    // xterm's: base 4 x 4, minimum 10 x 17, increments 6 x 13.
+    std::vector<std::uint32_t> hints(18, 0);
+    hints[0] = (1U << 4) | (1U << 6) | (1U << 8);
+    hints[5] = 10;
+    hints[6] = 17;
+    hints[9] = 6;
+    hints[10] = 13;
+    hints[15] = 4;
+    hints[16] = 4;
+    const X11SizeHints read = x11::sizeHints(cardinalValue(hints));
+    EXPECT_EQ(read.widthIncrement, 6);
+    EXPECT_EQ(read.heightIncrement, 13);
+    EXPECT_EQ(read.baseWidth, 4);
+    EXPECT_EQ(read.baseHeight, 4);
+}
+
+// What a manager applying the hints may answer instead of the size asked for: the settle waits
+// for exactly these answers, so an answer left out costs a whole pass and one let in ends the
+// wait before the manager has answered.
+TEST(X11Properties, SizeHintsAllowTheAnswersOfTheirLimits) {
+    X11SizeHints xterm;
+    xterm.minWidth = 10;
+    xterm.minHeight = 17;
+    xterm.baseWidth = 4;
+    xterm.baseHeight = 4;
+    xterm.widthIncrement = 6;
+    xterm.heightIncrement = 13;
+    X11SizeHints limited;
+    limited.minWidth = 1000;
+    limited.minHeight = 700;
+    limited.maxWidth = 1600;
+    limited.maxHeight = 1000;
+    struct Case {
+        const char* what;
+        const X11SizeHints& hints;
+        std::array<std::int64_t, 4> requestedAndAnswered;
+        bool allowed;
+    };
+    const Case cases[] = {
+        {"the size asked for", X11SizeHints{}, {958, 1050, 958, 1050}, true},
+        {"another size without hints", X11SizeHints{}, {958, 1050, 400, 300}, false},
+        {"whole cells below the request", xterm, {960, 1050, 958, 1044}, true},
+        {"a cell too small", xterm, {960, 1050, 952, 1044}, false},
+        {"larger than asked", xterm, {960, 1050, 964, 1057}, false},
+        {"not a whole cell", xterm, {960, 1050, 955, 1044}, false},
+        {"the minimum for a smaller request", limited, {800, 600, 1000, 700}, true},
+        {"the maximum for a larger request", limited, {1900, 1050, 1600, 1000}, true},
+        {"anything else within the limits", limited, {1200, 800, 1100, 800}, false},
+    };
+    for (const Case& c : cases) {
+        const auto& [rw, rh, aw, ah] = c.requestedAndAnswered;
+        EXPECT_EQ(c.hints.allowsAnswer(rw, rh, aw, ah), c.allowed) << c.what;
+    }
 }
 
 TEST(X11Properties, XftDpiFromTheResourceDatabase) {

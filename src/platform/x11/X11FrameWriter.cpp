@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 namespace tilmora {
 
@@ -18,6 +19,8 @@ constexpr std::uint32_t sourcePager = 2;
 constexpr std::uint32_t stateRemove = 0;
 // _NET_MOVERESIZE_WINDOW flags: x, y, width and height present.
 constexpr std::uint32_t allFourValues = 0xFU << 8;
+// Pixels a frame may be off and still count as the one asked for (fluxbox counts its border).
+constexpr std::int64_t tolerance = 3;
 
 } // namespace
 
@@ -28,6 +31,11 @@ X11FrameWriter::X11FrameWriter(X11Connection& connection, X11WindowMirror& mirro
 bool X11FrameWriter::isBeingPlaced(xcb_window_t window) const {
     const auto found = placements_.find(window);
     return found != placements_.end() && Clock::now() - found->second.lastWrite < placementWindow;
+}
+
+bool X11FrameWriter::hasFreshFrame(xcb_window_t window) const {
+    const auto found = placements_.find(window);
+    return found != placements_.end() && found->second.readSinceSent && !found->second.unsent;
 }
 
 std::int32_t X11FrameWriter::setPosition(xcb_window_t window, std::int64_t x, std::int64_t y) {
@@ -49,40 +57,89 @@ const X11WindowRecord* X11FrameWriter::freshRecord(xcb_window_t window) {
     return record && !record->gone && record->client ? record : nullptr;
 }
 
+const X11WindowRecord* X11FrameWriter::currentRecord(xcb_window_t window) {
+    if (!hasFreshFrame(window)) {
+        return freshRecord(window);
+    }
+    if (!mirror_.require({window},
+                         X11WindowRecord::Part::sizeHints | X11WindowRecord::Part::tree)) {
+        return nullptr;
+    }
+    const X11WindowRecord* record = mirror_.find(window);
+    return record && !record->gone && record->client ? record : nullptr;
+}
+
 std::int32_t X11FrameWriter::write(xcb_window_t window, std::optional<std::int64_t> x,
                                    std::optional<std::int64_t> y, std::optional<std::int64_t> width,
                                    std::optional<std::int64_t> height) {
-    const X11WindowRecord* record = freshRecord(window);
-    if (record && leaveMaximizedAndFullScreen(*record)) {
-        record = freshRecord(window);
+    const auto existing = placements_.find(window);
+    const X11WindowRecord* record = nullptr;
+    if (existing != placements_.end() && existing->second.unsent) {
+        // A later write of the same frame: what the first one read still holds.
+        record = mirror_.find(window);
+        record = record && !record->gone && record->client ? record : nullptr;
+    } else {
+        // Windows that are gone take what was learnt about them along.
+        std::erase_if(placements_, [&](const auto& entry) {
+            const X11WindowRecord* known = mirror_.find(entry.first);
+            return !known || known->gone;
+        });
+        record = currentRecord(window);
+        if (record && leaveMaximizedAndFullScreen(*record)) {
+            record = freshRecord(window);
+        }
     }
     if (!record) {
+        placements_.erase(window);
         return AXError::failure;
     }
-    const X11Rect current = *record->outerFrame();
     const bool continuing = isBeingPlaced(window);
-    X11Rect target = continuing ? placements_[window].target : current;
+    Placement& placement = placements_[window];
+    X11Rect target = continuing ? placement.target : *record->outerFrame();
     target.x = x.value_or(target.x);
     target.y = y.value_or(target.y);
     target.width = std::max<std::int64_t>(width.value_or(target.width), 1);
     target.height = std::max<std::int64_t>(height.value_or(target.height), 1);
-
-    const auto sequence = sendFrame(*record, target);
-    if (!sequence) {
-        return AXError::failure;
-    }
-    Placement& placement = placements_[window];
-    if (!continuing) {
-        placement.earlierFrames = {current};
-    } else if (placement.target != target) {
-        placement.earlierFrames.push_back(placement.target);
-    }
     placement.target = target;
     placement.lastWrite = Clock::now();
+    placement.unsent = true;
+    if (!mirror_.root().supports(connection_.atom(X11Atom::_NET_MOVERESIZE_WINDOW))) {
+        // A configure request goes out at once, so that its X error is this write's status.
+        return send(window, placement) ? AXError::success : AXError::failure;
+    }
+    return AXError::success;
+}
+
+void X11FrameWriter::sendWritten() {
+    for (auto& [window, placement] : placements_) {
+        if (placement.unsent) {
+            send(window, placement);
+        }
+    }
+}
+
+bool X11FrameWriter::send(xcb_window_t window, Placement& placement) {
+    placement.unsent = false;
+    placement.readSinceSent = false;
+    const X11WindowRecord* record = mirror_.find(window);
+    if (!record || record->gone || !record->client) {
+        return false;
+    }
+    const auto sequence = sendFrame(*record, placement.target);
+    if (!sequence) {
+        return false;
+    }
+    const X11Extents& frame = record->frameExtents;
+    const X11Extents& shadow = record->gtkExtents;
+    placement.sentAt = Clock::now();
     placement.sequence = *sequence;
     placement.configureEventsBefore = record->configureEvents;
-    placement.alreadyThere = current == target;
-    return AXError::success;
+    placement.clientWidth = std::max<std::int64_t>(
+        placement.target.width - frame.left - frame.right + shadow.left + shadow.right, 1);
+    placement.clientHeight = std::max<std::int64_t>(
+        placement.target.height - frame.top - frame.bottom + shadow.top + shadow.bottom, 1);
+    placement.alreadyThere = record->outerFrame() == placement.target;
+    return true;
 }
 
 bool X11FrameWriter::leaveMaximizedAndFullScreen(const X11WindowRecord& record) {
@@ -104,7 +161,10 @@ bool X11FrameWriter::leaveMaximizedAndFullScreen(const X11WindowRecord& record) 
     if (record.hasState(vertical) || record.hasState(horizontal)) {
         sendClientMessage(window, state, {stateRemove, vertical, horizontal, sourcePager});
     }
-    placements_.erase(window);
+    // The restored frame is where the next write starts from.
+    if (const auto found = placements_.find(window); found != placements_.end()) {
+        found->second.lastWrite = {};
+    }
     // Wait for the state to go and then for the restored geometry to come to rest, so that
     // the manager's own restore does not land after the first write.
     const auto deadline = Clock::now() + stateChangeTimeout;
@@ -217,27 +277,47 @@ void X11FrameWriter::raise(xcb_window_t window) {
     }
 }
 
+X11FrameWriter::Outcome X11FrameWriter::outcome(xcb_window_t window, Placement& placement) {
+    const X11WindowRecord* record = mirror_.find(window);
+    // The client size the window was last notified of must be one the request can end with;
+    // anything else (a move on its way, the manager's own placement) is not worth a round trip.
+    if (!record || !record->hints.allowsAnswer(placement.clientWidth, placement.clientHeight,
+                                               record->notifiedWidth, record->notifiedHeight)) {
+        return Outcome::pending;
+    }
+    const X11WindowRecord* fresh = freshRecord(window);
+    const auto frame = fresh ? fresh->outerFrame() : std::nullopt;
+    if (!frame) {
+        return Outcome::pending;
+    }
+    placement.readSinceSent = true;
+    const X11Rect& target = placement.target;
+    const auto near = [](std::int64_t a, std::int64_t b) { return std::abs(a - b) <= tolerance; };
+    const bool placed = near(frame->x, target.x) && near(frame->y, target.y);
+    if (placed && near(frame->width, target.width) && near(frame->height, target.height)) {
+        return Outcome::target;
+    }
+    const bool limited = fresh->hints.allowsAnswer(placement.clientWidth, placement.clientHeight,
+                                                   fresh->client->width, fresh->client->height);
+    return placed && limited ? Outcome::allowedByHints : Outcome::pending;
+}
+
 void X11FrameWriter::settle(xcb_window_t window, std::chrono::milliseconds maximum) {
     const auto deadline = Clock::now() + maximum;
+    sendWritten();
     const auto found = placements_.find(window);
-    if (found == placements_.end() || !isBeingPlaced(window)) {
+    if (found == placements_.end() || !isBeingPlaced(window) || found->second.alreadyThere) {
         mirror_.update();
         return;
     }
-    const Placement placement = found->second;
-    if (placement.alreadyThere) {
-        mirror_.update();
-        return;
-    }
+    Placement& placement = found->second;
     std::uint64_t seen = placement.configureEventsBefore;
-    std::optional<Clock::time_point> lastConfirmation;
+    // Once the window shows the frame, it must keep it until `holdUntil`.
+    bool holding = false;
+    Clock::time_point holdUntil;
     while (true) {
-        const auto now = Clock::now();
-        auto until = deadline;
-        if (lastConfirmation) {
-            until = std::min(deadline, *lastConfirmation + quietPeriod);
-        }
-        if (now >= until) {
+        const auto until = holding ? std::min(deadline, holdUntil) : deadline;
+        if (Clock::now() >= until) {
             break;
         }
         connection_.waitForEvents(until);
@@ -248,29 +328,33 @@ void X11FrameWriter::settle(xcb_window_t window, std::chrono::milliseconds maxim
         if (!record || record->gone) {
             break;
         }
+        // Only what happened after the request can answer it.
         if (record->configureEvents == seen ||
             !X11Connection::isAtOrAfter(record->lastConfigureSequence, placement.sequence)) {
             continue;
         }
-        // The window changed after the last request: done if it shows the frame asked for,
-        // otherwise give the manager a moment for the rest of its answer.
         seen = record->configureEvents;
-        lastConfirmation = Clock::now();
-        const X11WindowRecord* fresh = freshRecord(window);
-        if (!fresh) {
-            break;
-        }
-        const auto frame = fresh->outerFrame();
-        if (frame == placement.target) {
+        const Outcome now = outcome(window, placement);
+        if (now == Outcome::allowedByHints) {
             return;
         }
-        // An event from before the manager acted, or its answer to an earlier request of this
-        // placement that reached the window after the last one was sent: the answer to the last
-        // one is still to come.
-        if (frame && std::find(placement.earlierFrames.begin(), placement.earlierFrames.end(),
-                               *frame) != placement.earlierFrames.end()) {
-            lastConfirmation.reset();
+        if (now == Outcome::target) {
+            if (placement.answer == Answer::keepsFrames) {
+                return;
+            }
+            if (!holding) {
+                const auto answered = Clock::now() - placement.sentAt;
+                holdUntil = Clock::now() + std::max<Clock::duration>(firstPlacementHold, answered);
+                holding = true;
+            }
+        } else if (holding) {
+            // It showed the frame and left it again with no request of ours in between.
+            placement.answer = Answer::undoesResizes;
+            holding = false;
         }
+    }
+    if (holding && Clock::now() >= holdUntil && placement.answer == Answer::unknown) {
+        placement.answer = Answer::keepsFrames;
     }
     mirror_.update();
 }

@@ -69,6 +69,11 @@ struct X11SizeHints {
     std::optional<std::int64_t> minHeight;
     std::optional<std::int64_t> maxWidth;
     std::optional<std::int64_t> maxHeight;
+    // Sizes the client takes are base + n * increment (xterm's character cells).
+    std::optional<std::int64_t> widthIncrement;
+    std::optional<std::int64_t> heightIncrement;
+    std::optional<std::int64_t> baseWidth;
+    std::optional<std::int64_t> baseHeight;
     // XCB_GRAVITY_*; absent means NorthWest.
     std::optional<std::uint32_t> windowGravity;
 
@@ -78,7 +83,42 @@ struct X11SizeHints {
                *minHeight == *maxHeight && *maxWidth > 0 && *maxHeight > 0;
     }
 
+    // Whether a manager that applies these hints may answer a request for a client of
+    // `requested` size with `answered`: the size itself, or the size the hints allow instead
+    // (clamped to the minimum or maximum, or the closest smaller whole number of increments).
+    bool allowsAnswer(std::int64_t requestedWidth, std::int64_t requestedHeight,
+                      std::int64_t answeredWidth, std::int64_t answeredHeight) const {
+        return allowsLength(requestedWidth, answeredWidth, minWidth, maxWidth, baseWidth,
+                            widthIncrement) &&
+               allowsLength(requestedHeight, answeredHeight, minHeight, maxHeight, baseHeight,
+                            heightIncrement);
+    }
+
     friend bool operator==(const X11SizeHints&, const X11SizeHints&) = default;
+
+private:
+    static bool allowsLength(std::int64_t requested, std::int64_t answered,
+                             std::optional<std::int64_t> minimum,
+                             std::optional<std::int64_t> maximum, std::optional<std::int64_t> base,
+                             std::optional<std::int64_t> increment) {
+        if (answered == requested) {
+            return true;
+        }
+        // The minimum and the base size stand in for each other when only one is given.
+        const std::int64_t lowest = minimum.value_or(base.value_or(0));
+        if (maximum && *maximum > 0 && requested > *maximum) {
+            return answered == *maximum;
+        }
+        if (requested < lowest) {
+            return answered == lowest;
+        }
+        if (increment && *increment > 1) {
+            const std::int64_t start = base.value_or(minimum.value_or(0));
+            return answered <= requested && requested - answered < *increment &&
+                   (answered - start) % *increment == 0;
+        }
+        return false;
+    }
 };
 
 } // namespace tilmora

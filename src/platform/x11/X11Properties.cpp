@@ -105,6 +105,8 @@ X11SizeHints sizeHints(const std::optional<X11PropertyValue>& value) {
     // Flags, x, y, width, height, min w/h, max w/h, increments, aspects, base w/h, gravity.
     constexpr std::uint32_t minSize = 1U << 4;
     constexpr std::uint32_t maxSize = 1U << 5;
+    constexpr std::uint32_t increments = 1U << 6;
+    constexpr std::uint32_t baseSize = 1U << 8;
     constexpr std::uint32_t gravity = 1U << 9;
     const auto v = cardinals(value);
     X11SizeHints hints;
@@ -121,6 +123,14 @@ X11SizeHints sizeHints(const std::optional<X11PropertyValue>& value) {
     if ((v[0] & maxSize) != 0) {
         hints.maxWidth = toSigned(v[7]);
         hints.maxHeight = toSigned(v[8]);
+    }
+    if ((v[0] & increments) != 0 && v.size() >= 11) {
+        hints.widthIncrement = toSigned(v[9]);
+        hints.heightIncrement = toSigned(v[10]);
+    }
+    if ((v[0] & baseSize) != 0 && v.size() >= 17) {
+        hints.baseWidth = toSigned(v[15]);
+        hints.baseHeight = toSigned(v[16]);
     }
     if ((v[0] & gravity) != 0 && v.size() >= 18) {
         hints.windowGravity = v[17];

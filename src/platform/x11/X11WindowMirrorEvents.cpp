@@ -44,6 +44,10 @@ void X11WindowMirror::handleEvent(const xcb_generic_event_t& event) {
             client->stale |= X11WindowRecord::Part::geometry;
             ++client->configureEvents;
             client->lastConfigureSequence = event.full_sequence;
+            if (e.window == client->id) {
+                client->notifiedWidth = e.width;
+                client->notifiedHeight = e.height;
+            }
         }
         break;
     }

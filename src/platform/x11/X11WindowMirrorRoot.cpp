@@ -116,8 +116,16 @@ void X11WindowMirror::applyClientList() {
         }
     }
     for (const xcb_window_t window : root_.clients) {
-        if (window == XCB_WINDOW_NONE || windows_.contains(window)) {
+        // The server hands the ids of a client that left to the next one: a window destroyed
+        // and still listed may be a new window under the old id, so it is read again (and
+        // found gone again if it is not).
+        const X11WindowRecord* known = find(window);
+        if (window == XCB_WINDOW_NONE || (known && !known->gone)) {
             continue;
+        }
+        if (known) {
+            frameOwners_.erase(known->frame);
+            windows_.erase(window);
         }
         X11WindowRecord fresh;
         fresh.id = window;

@@ -87,6 +87,8 @@ void X11WindowMirror::readWindows(const PartsOf& partsOf) {
                     connection_.reply<xcb_translate_coordinates_reply_t>(origin.sequence);
                 if (size && place) {
                     r.client = X11Rect{place->dst_x, place->dst_y, size->width, size->height};
+                    r.notifiedWidth = size->width;
+                    r.notifiedHeight = size->height;
                 } else {
                     r.client.reset();
                     r.gone = r.gone || (error && error->error_code == XCB_DRAWABLE);

@@ -77,6 +77,10 @@ struct X11WindowRecord {
     // last one, so that a writer can tell which came after its request.
     std::uint64_t configureEvents = 0;
     std::uint32_t lastConfigureSequence = 0;
+    // The client size that the last ConfigureNotify of the client window itself reported, so
+    // that a writer can tell a resize from a move without asking the server.
+    std::int64_t notifiedWidth = 0;
+    std::int64_t notifiedHeight = 0;
 
     std::optional<std::int32_t> processIdentifier() const {
         const auto pid = resourcePid ? resourcePid : netPid;

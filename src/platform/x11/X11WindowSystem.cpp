@@ -375,7 +375,7 @@ std::optional<QString> X11WindowSystem::title(WindowElement window) const {
 
 std::optional<X11Rect> X11WindowSystem::outerFrame(WindowElement window) const {
     const auto id = static_cast<xcb_window_t>(window.value);
-    if (writer_->isBeingPlaced(id)) {
+    if (writer_->isBeingPlaced(id) && !writer_->hasFreshFrame(id)) {
         // The read-back of a placement must see the server's latest state.
         mirror_->invalidate(id, X11WindowRecord::Part::geometry | X11WindowRecord::Part::extents);
     }

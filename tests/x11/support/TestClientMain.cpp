@@ -12,8 +12,17 @@
 //   --fixed WxH               minimum and maximum size
 //   --gtk-extents L,R,T,B     invisible client-side shadows, drawn without decorations
 //   --strut L,R,T,B,...       _NET_WM_STRUT_PARTIAL (12 numbers)
+//   --undo-resizes 1          asks for its first size back whenever it is resized, as a client
+//                             that enforces a size without saying so in its hints
+//   --sync-delay MS           takes part in _NET_WM_SYNC_REQUEST, as GTK and Qt windows do, and
+//                             answers a resize after MS milliseconds of drawing
+#include <xcb/sync.h>
 #include <xcb/xcb.h>
 
+#include <poll.h>
+
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -42,6 +51,9 @@ struct Settings {
     std::vector<std::uint32_t> maximum;
     std::vector<std::uint32_t> gtkExtents;
     std::vector<std::uint32_t> strut;
+    bool undoResizes = false;
+    // Milliseconds a resize takes to draw, for the sync protocol; negative: not taking part.
+    int syncDelay = -1;
 };
 
 std::vector<std::uint32_t> numbers(const std::string& text) {
@@ -89,6 +101,10 @@ Settings parse(int argc, char** argv) {
             s.gtkExtents = numbers(value);
         } else if (option == "--strut") {
             s.strut = numbers(value);
+        } else if (option == "--sync-delay") {
+            s.syncDelay = std::stoi(value);
+        } else if (option == "--undo-resizes") {
+            s.undoResizes = value == "1";
         }
     }
     return s;
@@ -119,6 +135,14 @@ int main(int argc, char** argv) {
     xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(c)).data;
     const xcb_atom_t utf8 = atom(c, "UTF8_STRING");
     const xcb_atom_t cardinal = XCB_ATOM_CARDINAL;
+    const xcb_atom_t protocols = atom(c, "WM_PROTOCOLS");
+    const xcb_atom_t syncRequestAtom = atom(c, "_NET_WM_SYNC_REQUEST");
+    xcb_sync_counter_t syncCounter = XCB_NONE;
+    if (s.syncDelay >= 0) {
+        std::free(xcb_sync_initialize_reply(c, xcb_sync_initialize(c, 3, 1), nullptr));
+        syncCounter = xcb_generate_id(c);
+        xcb_sync_create_counter(c, syncCounter, xcb_sync_int64_t{0, 0});
+    }
 
     for (int n = 0; n < s.windows; ++n) {
         const xcb_window_t w = xcb_generate_id(c);
@@ -174,15 +198,69 @@ int main(int argc, char** argv) {
             const std::uint32_t motif[5] = {2, 0, 0, 0, 0};
             set(c, w, "_MOTIF_WM_HINTS", atom(c, "_MOTIF_WM_HINTS"), 32, motif, 5);
         }
+        if (syncCounter != XCB_NONE) {
+            set(c, w, "WM_PROTOCOLS", XCB_ATOM_ATOM, 32, &syncRequestAtom, 1);
+            set(c, w, "_NET_WM_SYNC_REQUEST_COUNTER", cardinal, 32, &syncCounter, 1);
+        }
         if (s.strut.size() == 12) {
             set(c, w, "_NET_WM_STRUT_PARTIAL", cardinal, 32, s.strut.data(), 12);
         }
         xcb_map_window(c, w);
     }
     xcb_flush(c);
-    // Runs until the test stops it or the server goes away.
-    while (xcb_generic_event_t* event = xcb_wait_for_event(c)) {
-        std::free(event);
+    // Runs until the test stops it or the server goes away. A resize asked for with a sync
+    // request is answered once it is drawn: the counter is set to the request's value.
+    // The value of the sync request being answered, and when its drawing is done.
+    bool syncPending = false;
+    std::uint64_t syncRequest = 0;
+    bool drawing = false;
+    std::chrono::steady_clock::time_point drawnAt;
+    while (true) {
+        int timeout = -1;
+        if (drawing) {
+            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+                drawnAt - std::chrono::steady_clock::now());
+            timeout = static_cast<int>(std::max<std::int64_t>(left.count(), 0));
+        }
+        pollfd descriptor{xcb_get_file_descriptor(c), POLLIN, 0};
+        if (xcb_connection_has_error(c) != 0) {
+            break;
+        }
+        xcb_flush(c);
+        if (!xcb_poll_for_queued_event(c)) {
+            ::poll(&descriptor, 1, timeout);
+        }
+        if (drawing && std::chrono::steady_clock::now() >= drawnAt) {
+            drawing = false;
+            if (syncPending) {
+                const xcb_sync_int64_t value{static_cast<std::int32_t>(syncRequest >> 32),
+                                             static_cast<std::uint32_t>(syncRequest)};
+                xcb_sync_set_counter(c, syncCounter, value);
+                syncPending = false;
+            }
+        }
+        while (xcb_generic_event_t* event = xcb_poll_for_event(c)) {
+            const std::uint8_t type = event->response_type & 0x7F;
+            const auto* configure = reinterpret_cast<const xcb_configure_notify_event_t*>(event);
+            const auto* message = reinterpret_cast<const xcb_client_message_event_t*>(event);
+            if (type == XCB_CLIENT_MESSAGE && message->type == protocols &&
+                message->data.data32[0] == syncRequestAtom) {
+                syncRequest = std::uint64_t{message->data.data32[2]} |
+                              std::uint64_t{message->data.data32[3]} << 32;
+                syncPending = true;
+            }
+            if (type == XCB_CONFIGURE_NOTIFY && syncPending && !drawing) {
+                drawing = true;
+                drawnAt = std::chrono::steady_clock::now() + std::chrono::milliseconds(s.syncDelay);
+            }
+            if (s.undoResizes && type == XCB_CONFIGURE_NOTIFY &&
+                (configure->width != s.width || configure->height != s.height)) {
+                const std::uint32_t size[] = {s.width, s.height};
+                xcb_configure_window(c, configure->window,
+                                     XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
+            }
+            std::free(event);
+        }
     }
     xcb_disconnect(c);
     return 0;

@@ -44,6 +44,97 @@ const char* icewmPreferences = "ShowTaskBar=0\nTaskBarAutoHide=0\n";
 const char* fluxboxInit = "session.screen0.toolbar.visible: false\n"
                           "session.screen0.workspaces: 1\n";
 
+// Xorg with the dummy driver: no input devices of its own (XTest's are enough), the modes of
+// the two test outputs, 1920 x 1080 preferred, as a monitor of that size reports it.
+const char* xorgDummyConfiguration = R"(Section "ServerFlags"
+  Option "AutoAddDevices" "false"
+  Option "AutoEnableDevices" "false"
+  Option "DontVTSwitch" "true"
+EndSection
+Section "Monitor"
+  Identifier "monitor"
+  HorizSync 5.0 - 1000.0
+  VertRefresh 5.0 - 200.0
+  Modeline "1920x1080" 148.50 1920 2008 2052 2200 1080 1084 1089 1125 +hsync +vsync
+  Modeline "1440x900" 106.50 1440 1528 1672 1904 900 903 909 934 -hsync +vsync
+  Option "PreferredMode" "1920x1080"
+EndSection
+Section "Device"
+  Identifier "dummy"
+  Driver "dummy"
+  VideoRam 256000
+  Option "Monitor-DUMMY0" "monitor"
+  Option "Monitor-DUMMY1" "monitor"
+EndSection
+Section "Screen"
+  Identifier "screen"
+  Device "dummy"
+  Monitor "monitor"
+  DefaultDepth 24
+  SubSection "Display"
+    Depth 24
+    Virtual 3840 1080
+  EndSubSection
+EndSection
+)";
+
+const char* xorgDummyDriver = "/usr/lib/xorg/modules/drivers/dummy_drv.so";
+
+bool isOnPath(const std::string& program) {
+    const char* path = std::getenv("PATH");
+    std::string directories = path ? path : "/usr/bin:/bin";
+    std::size_t start = 0;
+    while (start <= directories.size()) {
+        const std::size_t end = std::min(directories.find(':', start), directories.size());
+        const std::string candidate = directories.substr(start, end - start) + "/" + program;
+        if (::access(candidate.c_str(), X_OK) == 0) {
+            return true;
+        }
+        start = end + 1;
+    }
+    return false;
+}
+
+// The program that runs a manager, and a file it cannot start without.
+struct ManagerProgram {
+    const char* executable;
+    const char* requiredFile = nullptr;
+    const char* requiredPackage = nullptr;
+};
+
+ManagerProgram programOf(X11TestDesktop::WindowManager manager) {
+    using WM = X11TestDesktop::WindowManager;
+    switch (manager) {
+    case WM::none:
+        return {nullptr};
+    case WM::openbox:
+    case WM::openboxDefaults:
+        return {"openbox"};
+    case WM::icewm:
+        return {"icewm"};
+    case WM::fluxbox:
+        return {"fluxbox"};
+    case WM::xfwm4:
+        return {"xfwm4"};
+    case WM::kwin:
+        return {"kwin_x11"};
+    case WM::mutter:
+        return {"mutter"};
+    case WM::muffin:
+        // Its keyboard and display settings live in the Cinnamon settings daemon's schemas.
+        return {"muffin",
+                "/usr/share/glib-2.0/schemas/org.cinnamon.settings-daemon.plugins.gschema.xml",
+                "cinnamon-settings-daemon"};
+    case WM::marco:
+        return {"marco",
+                "/usr/share/glib-2.0/schemas/org.mate.SettingsDaemon.plugins.xsettings.gschema.xml",
+                "mate-settings-daemon-common"};
+    case WM::metacity:
+        return {"metacity"};
+    }
+    return {nullptr};
+}
+
 bool writeFile(const QString& path, const char* contents) {
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(contents) >= 0;
@@ -55,17 +146,55 @@ std::string testClientPath() {
     return TILMORA_X11_TEST_CLIENT;
 }
 
+std::optional<std::string> X11TestDesktop::unavailable(WindowManager manager, Server server) {
+    if (server == Server::xorgTwoOutputs &&
+        (!isOnPath("Xorg") || ::access(xorgDummyDriver, R_OK) != 0)) {
+        return std::string(
+            "Xorg with the dummy driver (xserver-xorg-video-dummy) is not installed");
+    }
+    const ManagerProgram program = programOf(manager);
+    if (program.executable && !isOnPath(program.executable)) {
+        return std::string(program.executable) + " is not installed";
+    }
+    if (program.requiredFile && ::access(program.requiredFile, R_OK) != 0) {
+        return name(manager) + " needs " + program.requiredPackage + ", which is not installed";
+    }
+    return std::nullopt;
+}
+
+std::string X11TestDesktop::name(WindowManager manager) {
+    switch (manager) {
+    case WindowManager::none:
+        return "none";
+    case WindowManager::openboxDefaults:
+        return "openboxDefaults";
+    case WindowManager::kwin:
+        return "kwin";
+    default:
+        return programOf(manager).executable;
+    }
+}
+
 X11TestDesktop::X11TestDesktop(const Options& options) {
     ensureQtApplication();
-    if (!scratch_.isValid() || !startServer(options.screenSize)) {
+    if (const auto reason = unavailable(options.windowManager, options.server)) {
+        failure_ = *reason;
+        return;
+    }
+    if (!scratch_.isValid() || !startServer(options)) {
+        failure_ = "the X server did not start";
         return;
     }
     for (const Monitor& monitor : options.monitors) {
         if (!setMonitor(monitor)) {
+            failure_ = "xrandr --setmonitor " + monitor.name + " failed";
             return;
         }
     }
     ready_ = startWindowManager(options.windowManager);
+    if (!ready_) {
+        failure_ = name(options.windowManager) + " did not start managing windows";
+    }
 }
 
 X11TestDesktop::~X11TestDesktop() {
@@ -78,18 +207,34 @@ X11TestDesktop::~X11TestDesktop() {
     server_.stop();
 }
 
-bool X11TestDesktop::startServer(const std::string& screenSize) {
+bool X11TestDesktop::startServer(const Options& options) {
+    if (options.server == Server::xvfb) {
+        return startDisplay(
+            {"Xvfb", "-screen", "0", options.screenSize + "x24", "-noreset", "-nolisten", "tcp"},
+            QStringLiteral("xvfb.log"));
+    }
+    const QString config = scratch_.filePath(QStringLiteral("xorg.conf"));
+    if (!writeFile(config, xorgDummyConfiguration)) {
+        return false;
+    }
+    return startDisplay({"Xorg", "-config", config.toStdString(), "-logfile",
+                         scratch_.filePath(QStringLiteral("xorg.log")).toStdString(), "-noreset",
+                         "-nolisten", "tcp", "-novtswitch", "-sharevts"},
+                        QStringLiteral("xorg-output.log")) &&
+           layOutTwoOutputs();
+}
+
+bool X11TestDesktop::startDisplay(std::vector<std::string> arguments, const QString& log) {
     int pipeEnds[2];
     if (::pipe(pipeEnds) != 0) {
         return false;
     }
     X11TestProcess::Options options;
     // -displayfd lets the server pick a free display itself, so parallel tests never collide.
-    options.arguments = {"Xvfb",     "-displayfd", std::to_string(pipeEnds[1]),
-                         "-screen",  "0",          screenSize + "x24",
-                         "-noreset", "-nolisten",  "tcp"};
+    arguments.insert(arguments.begin() + 1, {"-displayfd", std::to_string(pipeEnds[1])});
+    options.arguments = std::move(arguments);
     options.inheritedDescriptor = pipeEnds[1];
-    options.outputFile = scratch_.filePath(QStringLiteral("xvfb.log")).toStdString();
+    options.outputFile = scratch_.filePath(log).toStdString();
     server_ = X11TestProcess(options);
     ::close(pipeEnds[1]);
 
@@ -113,6 +258,14 @@ bool X11TestDesktop::startServer(const std::string& screenSize) {
     xcb_change_window_attributes(observer_, root(), XCB_CW_EVENT_MASK, &mask);
     xcb_flush(observer_);
     return true;
+}
+
+bool X11TestDesktop::layOutTwoOutputs() {
+    // The configuration gives DUMMY0 the modes; the second output gets them by hand.
+    return runTool({"xrandr", "--addmode", "DUMMY1", "1920x1080"}) == 0 &&
+           runTool({"xrandr", "--fb", "3360x1080", "--output", "DUMMY0", "--mode", "1440x900",
+                    "--pos", "0x0", "--primary", "--output", "DUMMY1", "--mode", "1920x1080",
+                    "--pos", "1440x0"}) == 0;
 }
 
 bool X11TestDesktop::replaceWindowManager(WindowManager manager) {
@@ -152,9 +305,6 @@ std::optional<xcb_window_t> X11TestDesktop::windowManagerCheck() const {
 }
 
 bool X11TestDesktop::startWindowManager(WindowManager manager, bool replacing) {
-    if (manager == WindowManager::none) {
-        return true;
-    }
     const std::optional<xcb_window_t> previousCheck = windowManagerCheck();
     X11TestProcess::Options options;
     const std::string home = scratch_.path().toStdString();
@@ -166,30 +316,53 @@ bool X11TestDesktop::startWindowManager(WindowManager manager, bool replacing) {
     static int started = 0;
     options.outputFile =
         scratch_.filePath(QStringLiteral("wm-%1.log").arg(++started)).toStdString();
-    if (manager == WindowManager::openboxDefaults) {
+    // The big desktops' managers: a session bus of their own, their default settings held in
+    // memory, and no accessibility bus.
+    const auto desktopSession = [&](std::vector<std::string> command) {
+        const std::string runtime = home + "/runtime";
+        QDir().mkpath(QString::fromStdString(runtime));
+        QFile::setPermissions(QString::fromStdString(runtime),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        options.environment["XDG_RUNTIME_DIR"] = runtime;
+        options.environment["XDG_DATA_HOME"] = home + "/data";
+        options.environment["GSETTINGS_BACKEND"] = "memory";
+        options.environment["NO_AT_BRIDGE"] = "1";
+        options.arguments = {"dbus-run-session", "--"};
+        options.arguments.insert(options.arguments.end(), command.begin(), command.end());
+    };
+    switch (manager) {
+    case WindowManager::none:
+        return true;
+    case WindowManager::openboxDefaults:
         // Without --config-file and with an empty XDG_CONFIG_HOME, openbox reads the file it
         // ships with from the system configuration directories.
         options.environment["XDG_CONFIG_DIRS"] = "/etc/xdg";
         options.arguments = {"openbox", "--sm-disable"};
-    } else if (manager == WindowManager::openbox) {
+        break;
+    case WindowManager::openbox: {
         const QString config = scratch_.filePath(QStringLiteral("openbox.xml"));
         if (!writeFile(config, openboxConfiguration)) {
             return false;
         }
         options.arguments = {"openbox", "--sm-disable", "--config-file", config.toStdString()};
-    } else if (manager == WindowManager::xfwm4) {
+        break;
+    }
+    case WindowManager::xfwm4:
         // Its settings daemon is started on demand over a session bus of its own; no
         // compositor, so that nothing but the frame surrounds a window.
         options.environment["NO_AT_BRIDGE"] = "1";
         options.arguments = {"dbus-run-session", "--", "xfwm4", "--compositor=off",
                              "--sm-client-disable"};
-    } else if (manager == WindowManager::fluxbox) {
+        break;
+    case WindowManager::fluxbox: {
         const QString init = scratch_.filePath(QStringLiteral("fluxbox-init"));
         if (!writeFile(init, fluxboxInit)) {
             return false;
         }
         options.arguments = {"fluxbox", "-rc", init.toStdString()};
-    } else {
+        break;
+    }
+    case WindowManager::icewm: {
         const QString directory = scratch_.filePath(QStringLiteral("icewm"));
         QDir().mkpath(directory);
         if (!writeFile(directory + QStringLiteral("/preferences"), icewmPreferences)) {
@@ -197,6 +370,26 @@ bool X11TestDesktop::startWindowManager(WindowManager manager, bool replacing) {
         }
         options.environment["ICEWM_PRIVCFG"] = directory.toStdString();
         options.arguments = {"icewm"};
+        break;
+    }
+    case WindowManager::kwin:
+        // Without its compositor: on this software-rendered server it leaves a window it has
+        // just mapped unmoved for longer than a placement lasts.
+        options.environment["KWIN_COMPOSE"] = "N";
+        desktopSession({"kwin_x11"});
+        break;
+    case WindowManager::mutter:
+        desktopSession({"mutter", "--x11", "--sm-disable"});
+        break;
+    case WindowManager::muffin:
+        desktopSession({"muffin", "--x11", "--sm-disable"});
+        break;
+    case WindowManager::marco:
+        desktopSession({"marco", "--sm-disable"});
+        break;
+    case WindowManager::metacity:
+        desktopSession({"metacity", "--sm-disable"});
+        break;
     }
     if (replacing) {
         options.arguments.push_back("--replace");
@@ -286,13 +479,22 @@ std::vector<xcb_window_t> X11TestDesktop::clientList() const {
 std::vector<xcb_window_t> X11TestDesktop::windowsOf(pid_t pid) const {
     std::vector<xcb_window_t> windows;
     for (const xcb_window_t window : clientList()) {
-        // Managed means listed and framed: the manager has published the extents.
+        // Managed means listed and framed: the manager has published the extents, or shown a
+        // window it draws no frame for (mutter publishes no extents for those).
         if (cardinals(window, "_NET_WM_PID") == std::vector{static_cast<std::uint32_t>(pid)} &&
-            !cardinals(window, "_NET_FRAME_EXTENTS").empty()) {
+            (!cardinals(window, "_NET_FRAME_EXTENTS").empty() || isViewable(window))) {
             windows.push_back(window);
         }
     }
     return windows;
+}
+
+bool X11TestDesktop::isViewable(xcb_window_t window) const {
+    xcb_get_window_attributes_reply_t* attributes = xcb_get_window_attributes_reply(
+        observer_, xcb_get_window_attributes(observer_, window), nullptr);
+    const bool viewable = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+    std::free(attributes);
+    return viewable;
 }
 
 std::optional<std::array<std::int32_t, 4>> X11TestDesktop::outerFrame(xcb_window_t window) const {
@@ -386,16 +588,48 @@ X11TestDesktop::Client X11TestDesktop::startXterm(const std::vector<std::string>
 }
 
 void X11TestDesktop::stopClient(pid_t pid) {
+    const std::vector<xcb_window_t> windows = windowsOf(pid);
     for (X11TestProcess& process : clients_) {
         if (process.pid() == pid) {
             process.stop();
         }
     }
-    waitUntil([&] { return windowsOf(pid).empty(); });
+    // Until the manager has let go of the windows by their ids: the server hands the ids of a
+    // client that left to the next one, and a window destroyed but still listed has no pid.
+    waitUntil([&] {
+        const auto listed = clientList();
+        return std::none_of(windows.begin(), windows.end(), [&](xcb_window_t window) {
+            return std::find(listed.begin(), listed.end(), window) != listed.end();
+        });
+    });
 }
 
 std::optional<int> X11TestDesktop::runTool(std::vector<std::string> arguments) {
     return X11TestProcess::run(arguments, std::chrono::seconds(10), {{"DISPLAY", display_}});
+}
+
+bool X11TestDesktop::maximize(xcb_window_t window) {
+    const xcb_atom_t vertical = atom("_NET_WM_STATE_MAXIMIZED_VERT");
+    const xcb_atom_t horizontal = atom("_NET_WM_STATE_MAXIMIZED_HORZ");
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("_NET_WM_STATE");
+    // Add both, as the user (source indication 2).
+    message.data.data32[0] = 1;
+    message.data.data32[1] = vertical;
+    message.data.data32[2] = horizontal;
+    message.data.data32[3] = 2;
+    xcb_send_event(observer_, 0, root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(observer_);
+    return waitUntil([&] {
+        const auto states = cardinals(window, "_NET_WM_STATE");
+        return std::find(states.begin(), states.end(), vertical) != states.end() &&
+               std::find(states.begin(), states.end(), horizontal) != states.end();
+    });
 }
 
 bool X11TestDesktop::setMonitor(const Monitor& monitor) {

@@ -1,7 +1,8 @@
-// A private X desktop for one test: its own Xvfb on a free display, monitors set with xrandr,
-// a window manager with a test configuration, and clients (xterm and the project's own test
-// client). Waits are for conditions seen through an observer connection, never fixed sleeps,
-// and everything started is stopped by its pid when the desktop goes away.
+// A private X desktop for one test: its own X server on a free display (Xvfb, or Xorg's dummy
+// driver with two outputs), monitors set with xrandr, a window manager with a test configuration
+// (the big desktops' managers each in a D-Bus session of their own), and clients (xterm and the
+// project's own test client). Waits are for conditions seen through an observer connection, never
+// fixed sleeps, and everything started is stopped by its pid when the desktop goes away.
 #pragma once
 
 #include "x11/support/X11TestProcess.h"
@@ -29,7 +30,26 @@ class X11TestDesktop {
 public:
     // openboxDefaults is openbox with the configuration it ships with: its own key bindings
     // (control+alt+arrows, ...) and its mouse bindings (title-bar and alt drags move windows).
-    enum class WindowManager { none, openbox, openboxDefaults, icewm, fluxbox, xfwm4 };
+    enum class WindowManager {
+        none,
+        openbox,
+        openboxDefaults,
+        icewm,
+        fluxbox,
+        xfwm4,
+        // The managers of KDE, GNOME, Cinnamon, MATE and GNOME Flashback, run as those desktops
+        // run them (compositing where they composite), with their default settings.
+        kwin,
+        mutter,
+        muffin,
+        marco,
+        metacity,
+    };
+
+    // Xvfb, whose monitors come from `xrandr --setmonitor`, or Xorg with the dummy driver and
+    // two real outputs, DUMMY0 (1440 x 900, primary) and DUMMY1 (1920 x 1080) to its right: the
+    // big desktops' managers lay outputs out themselves and ignore monitors without one.
+    enum class Server { xvfb, xorgTwoOutputs };
 
     // One `xrandr --setmonitor` call: name ("*" marks the primary), geometry, output.
     struct Monitor {
@@ -42,6 +62,7 @@ public:
         WindowManager windowManager = WindowManager::openbox;
         std::string screenSize = "3360x1080";
         std::vector<Monitor> monitors;
+        Server server = Server::xvfb;
     };
 
     struct Client {
@@ -55,8 +76,15 @@ public:
     explicit X11TestDesktop(const Options& options);
     ~X11TestDesktop();
 
-    // False when the server or the window manager did not come up.
+    // Why a desktop with this manager and server cannot run here (a program or driver is not
+    // installed); nothing when it can.
+    static std::optional<std::string> unavailable(WindowManager manager, Server server);
+    // The manager's name as tests print it: "openbox", "kwin", "mutter", ...
+    static std::string name(WindowManager manager);
+
+    // False when the server or the window manager did not come up; `failure()` says which.
     bool isReady() const { return ready_; }
+    const std::string& failure() const { return failure_; }
     const std::string& display() const { return display_; }
     xcb_connection_t* observer() const { return observer_; }
     xcb_window_t root() const;
@@ -81,6 +109,10 @@ public:
     // Kills the manager's connection, as xkill does: it dies as on a crash, and the server
     // hands its windows back to the root. True once no manager announces itself.
     bool killWindowManager();
+
+    // Asks the manager to maximize the window, as a double click on its title does, and waits
+    // until the window is maximized.
+    bool maximize(xcb_window_t window);
 
     bool setMonitor(const Monitor& monitor);
     // Replaces the root's RESOURCE_MANAGER with one line, "Xft.dpi: <dpi>", as xrdb would.
@@ -107,12 +139,17 @@ public:
     std::optional<std::array<std::int32_t, 4>> outerFrame(xcb_window_t window) const;
 
 private:
-    bool startServer(const std::string& screenSize);
+    bool startServer(const Options& options);
+    // Starts `arguments` with -displayfd and connects once the server reports its display.
+    bool startDisplay(std::vector<std::string> arguments, const QString& log);
+    // DUMMY0 at 1440 x 900 on the left, DUMMY1 at 1920 x 1080 on its right.
+    bool layOutTwoOutputs();
     // With `replacing`, the manager takes over from the running one.
     bool startWindowManager(WindowManager manager, bool replacing = false);
     std::optional<xcb_window_t> windowManagerCheck() const;
     Client startManagedClient(X11TestProcess::Options options, int windowCount);
     std::vector<xcb_window_t> clientList() const;
+    bool isViewable(xcb_window_t window) const;
     // The managed windows of a process, in the order the manager lists them.
     std::vector<xcb_window_t> windowsOf(pid_t pid) const;
     xcb_atom_t atom(const char* name) const;
@@ -125,6 +162,7 @@ private:
     std::string display_;
     xcb_connection_t* observer_ = nullptr;
     bool ready_ = false;
+    std::string failure_;
 };
 
 // The path of the test client executable.
