@@ -36,7 +36,12 @@ std::expected<FileLock, FileLock::Failure> FileLock::acquire(const QString& path
     // is there but read-only to us still locks.
     int descriptor = ::open(native.constData(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0600);
     if (descriptor < 0 && (errno == EACCES || errno == EROFS)) {
+        const int refused = errno;
         descriptor = ::open(native.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        // Missing, and cannot be made: that it cannot be made is the reason.
+        if (descriptor < 0 && errno == ENOENT) {
+            errno = refused;
+        }
     }
     if (descriptor < 0) {
         return std::unexpected(openFailure(errno));
