@@ -246,8 +246,14 @@ private:
     // `data` under `key`. What is stored there now and `decodes` cannot read is first kept in a
     // file of its own, which the next status line names; when it cannot be kept, nothing is
     // written. `what` names the value for the user.
-    bool saveData(const QString& key, const QByteArray& data,
-                  bool (*decodes)(const QByteArray&), const QString& what);
+    bool saveData(const QString& key, const QByteArray& data, bool (*decodes)(const QByteArray&),
+                  const QString& what);
+    // The same, for a value that `decode` (returning an optional) reads.
+    template <auto decode>
+    bool saveData(const QString& key, const QByteArray& data, const QString& what) {
+        return saveData(
+            key, data, [](const QByteArray& d) { return decode(d).has_value(); }, what);
+    }
     bool keepUnreadable(const QString& key, const std::optional<QByteArray>& unreadable,
                         const QString& what);
     bool saveDisplayProfiles();

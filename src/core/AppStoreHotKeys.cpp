@@ -86,17 +86,14 @@ void AppStore::setQuickHotKeyModifiers(QuickHotKeyModifiers modifiers) {
 }
 
 bool AppStore::savePlacementHotKey(const HotKeyShortcut& shortcut) {
-    return saveData(
-        PreferenceKeys::placementHotKey, shortcut.encode(),
-        [](const QByteArray& d) { return HotKeyShortcut::decode(d).has_value(); },
-        QStringLiteral("Placement Canvas hotkey"));
+    return saveData<&HotKeyShortcut::decode>(PreferenceKeys::placementHotKey, shortcut.encode(),
+                                             QStringLiteral("Placement Canvas hotkey"));
 }
 
 bool AppStore::saveQuickHotKeyModifiers(const QuickHotKeyModifiers& modifiers) {
-    return saveData(
-        PreferenceKeys::quickHotKeyModifiers, modifiers.encode(),
-        [](const QByteArray& d) { return QuickHotKeyModifiers::decode(d).has_value(); },
-        QStringLiteral("Quick Layout hotkey modifiers"));
+    return saveData<&QuickHotKeyModifiers::decode>(PreferenceKeys::quickHotKeyModifiers,
+                                                   modifiers.encode(),
+                                                   QStringLiteral("Quick Layout hotkey modifiers"));
 }
 
 QString

@@ -29,8 +29,10 @@ void AppStore::loadSettings() {
     // Initial values: the gap's observer does not run here.
     if (!zeroDone && !custom) {
         gap_ = 0;
-        written(preferences.setInteger(PreferenceKeys::layoutGap, 0)) &&
+        // The migration is recorded only once its gap is stored.
+        if (written(preferences.setInteger(PreferenceKeys::layoutGap, 0))) {
             written(preferences.setBool(PreferenceKeys::defaultZeroMigration, true));
+        }
     } else if (edgeDone) {
         gap_ = DisplayLayoutProfile::clampedGap(storedGap);
     } else {
@@ -139,17 +141,15 @@ bool AppStore::saveData(const QString& key, const QByteArray& data,
 
 bool AppStore::saveDisplayProfiles() {
     const auto data = DisplayLayoutProfile::encodeList(displayProfiles_);
-    return !data || saveData(
-                        PreferenceKeys::displayLayoutProfiles, *data,
-                        [](const QByteArray& d) { return DisplayLayoutProfile::decodeList(d).has_value(); },
-                        QStringLiteral("display profiles"));
+    return !data ||
+           saveData<&DisplayLayoutProfile::decodeList>(PreferenceKeys::displayLayoutProfiles, *data,
+                                                       QStringLiteral("display profiles"));
 }
 
 bool AppStore::savePlacementDragModifier(const PlacementDragModifier& modifier) {
-    return saveData(
-        PreferenceKeys::placementDragModifier, modifier.encode(),
-        [](const QByteArray& d) { return PlacementDragModifier::decode(d).has_value(); },
-        QStringLiteral("placement drag modifier"));
+    return saveData<&PlacementDragModifier::decode>(PreferenceKeys::placementDragModifier,
+                                                    modifier.encode(),
+                                                    QStringLiteral("placement drag modifier"));
 }
 
 void AppStore::setGap(double gap) {
