@@ -3,10 +3,12 @@
 
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
+FUZZ_DIR ?= build-fuzz
+FUZZ_SECONDS ?= 15
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all bootstrap configure build test test-sanitize bench run format clean
+.PHONY: all bootstrap configure build test test-sanitize fuzz bench run format clean
 
 all: build
 
@@ -31,6 +33,14 @@ test-sanitize: bootstrap
 		ctest --test-dir $(SANITIZE_DIR) --label-regex unit --output-on-failure \
 		--parallel $(JOBS) --timeout 600
 
+# Every decoder of stored or fetched data under libFuzzer (clang), FUZZ_SECONDS each.
+fuzz: bootstrap
+	@cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTILMORA_FUZZ=ON \
+		-DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
+		-DTILMORA_BUILD_TESTS=OFF -DTILMORA_BUILD_BENCHMARKS=OFF $(CMAKE_FLAGS)
+	@cmake --build $(FUZZ_DIR) --parallel $(JOBS) --target fuzzers
+	@scripts/fuzz.sh $(FUZZ_DIR) $(FUZZ_SECONDS)
+
 bench: build
 	@scripts/run-benchmarks.sh $(BUILD_DIR)
 
@@ -43,4 +53,4 @@ format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i
 
 clean:
-	@rm -rf $(BUILD_DIR) $(SANITIZE_DIR)
+	@rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)

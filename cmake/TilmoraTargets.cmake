@@ -9,6 +9,13 @@ if(TILMORA_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(TILMORA_FUZZ)
+    # Coverage for libFuzzer in every library, the sanitizers catch what a crash would not.
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
 # tilmora_library(<name> SOURCES ... LINKS ...): one static library per layer.
 function(tilmora_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})

@@ -10,8 +10,8 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-svg-dev
   # tests and benchmarks
   googletest libgtest-dev libgmock-dev libbenchmark-dev
-  # formatting
-  clang-format
+  # formatting, and the fuzz targets (clang with libFuzzer and its sanitizers)
+  clang-format clang libclang-rt-14-dev
   # the X11 backend: xcb and its extensions
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-randr0-dev libxcb-xinerama0-dev
   libxcb-res0-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-keysyms1-dev

@@ -67,8 +67,8 @@ class Tour:
         """The id `tilmora windows` gives the window with this title."""
         for line in self.session.run([self.tilmora, "windows"]).stdout.splitlines():
             fields = line.split("\t")
-            if len(fields) >= 3 and fields[2] == title:
-                return fields[0]
+            if len(fields) >= 4 and fields[3] == title:
+                return fields[1]
         raise SessionError(f"tilmora windows does not list {title!r}")
 
     def visible_tilmora_windows(self):

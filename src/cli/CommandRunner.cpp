@@ -4,6 +4,7 @@
 #include "core/CommandFailures.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tilmora {
 
@@ -42,10 +43,24 @@ int CommandRunner::fail(const QString& problem) {
     return failure;
 }
 
+QString CommandRunner::windowID(const QString& named) const {
+    // An X window id names the window whatever its title is now; the store's ids change with it.
+    if (const auto number = Listings::parseWindowNumber(named)) {
+        const auto& listed = store_.listedWindows();
+        const auto found = std::find_if(listed.begin(), listed.end(), [&](const auto& window) {
+            return window.element == *number;
+        });
+        if (found != listed.end()) {
+            return found->id;
+        }
+    }
+    return named;
+}
+
 int CommandRunner::reportStatus() {
     const std::optional<QString>& status = store_.statusMessage();
     if (status) {
-        out_ << *status << '\n';
+        out_ << Listings::escaped(*status) << '\n';
         out_.flush();
     }
     return status && CommandFailures::isFailure(*status) ? failure : success;
@@ -73,7 +88,7 @@ int CommandRunner::run(const CommandLine& line) {
     // What the running application would have seen: displays, profiles, windows.
     store_.refresh();
     if (line.windowID) {
-        store_.setSelectedWindowID(line.windowID);
+        store_.setSelectedWindowID(windowID(*line.windowID));
     }
 
     if (command == QLatin1String("displays") && noArguments()) {
@@ -111,7 +126,7 @@ int CommandRunner::run(const CommandLine& line) {
     if (listing || command == QLatin1String("next-display") || command == QLatin1String("menu")) {
         return usage(QStringLiteral("%1 takes no arguments").arg(command));
     }
-    return usage(QStringLiteral("unknown command %1").arg(command));
+    return usage(QStringLiteral("unknown command %1").arg(Listings::escaped(command)));
 }
 
 int CommandRunner::displays(bool json) {
@@ -129,9 +144,9 @@ int CommandRunner::displays(bool json) {
 
 int CommandRunner::windows(bool json) {
     if (json) {
-        out_ << Listings::windowsJson(store_.windows());
+        out_ << Listings::windowsJson(store_.listedWindows());
     } else {
-        for (const QString& text : Listings::windowLines(store_.windows())) {
+        for (const QString& text : Listings::windowLines(store_.listedWindows())) {
             out_ << text << '\n';
         }
     }
@@ -158,7 +173,7 @@ int CommandRunner::apply(const QStringList& arguments) {
     const auto action = LayoutAction::fromRawValue(arguments.front());
     if (!action) {
         return usage(QStringLiteral("unknown layout %1; the layouts are: %2")
-                         .arg(arguments.front(), layoutNames()));
+                         .arg(Listings::escaped(arguments.front()), layoutNames()));
     }
     store_.apply(*action);
     return reportStatus();
@@ -172,7 +187,8 @@ int CommandRunner::grid(const QStringList& arguments) {
     for (const QString& argument : arguments) {
         const auto number = toInteger(argument);
         if (!number) {
-            return usage(QStringLiteral("grid takes whole numbers, not %1").arg(argument));
+            return usage(QStringLiteral("grid takes whole numbers, not %1")
+                             .arg(Listings::escaped(argument)));
         }
         numbers.push_back(*number);
     }
@@ -226,11 +242,15 @@ int CommandRunner::profile(const QStringList& arguments) {
             rows = value.toLongLong(&ok);
         } else if (option == QLatin1String("--gap")) {
             gap = value.toDouble(&ok);
+            // Out of range is clamped as the store clamps it; not a number is no gap at all.
+            ok = ok && std::isfinite(*gap);
         } else {
-            return usage(QStringLiteral("unknown profile option %1").arg(option));
+            return usage(
+                QStringLiteral("unknown profile option %1").arg(Listings::escaped(option)));
         }
         if (!ok) {
-            return usage(QStringLiteral("%1 takes a number, not %2").arg(option, value));
+            return usage(
+                QStringLiteral("%1 takes a number, not %2").arg(option, Listings::escaped(value)));
         }
     }
     const auto& displays = store_.connectedDisplays();
@@ -268,7 +288,7 @@ int CommandRunner::restoreOrDelete(const QString& command, const QStringList& ar
                                     [&](const SavedLayout& layout) { return layout.name == name; });
     if (found == layouts.end()) {
         return fail(QStringLiteral("no saved layout is named \"%1\"; 'tilmora layouts' lists them")
-                        .arg(name));
+                        .arg(Listings::escaped(name)));
     }
     const SavedLayout layout = *found;
     if (command == QLatin1String("restore")) {

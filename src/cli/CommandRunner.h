@@ -27,6 +27,9 @@ public:
     void setMenuPopUp(std::function<void()> popUp) { popUpMenu_ = std::move(popUp); }
 
 private:
+    // The store's id of the window `--window` names: an X window id of a listed window is
+    // turned into that window's id; anything else is taken as an id.
+    QString windowID(const QString& named) const;
     int usage(const QString& problem);
     int fail(const QString& problem);
     // Prints the store's status line; its exit code tells whether the command failed.

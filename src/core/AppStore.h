@@ -88,6 +88,9 @@ public:
     const std::optional<QString>& selectedWindowID() const { return selectedWindowID_; }
     void setSelectedWindowID(std::optional<QString> id);
     const std::vector<TilmoraWindow>& windows() const { return windows_; }
+    // The windows of the last refresh with their handles, for the command line, which names
+    // windows by their X window id as well.
+    const std::vector<ManagedWindow>& listedWindows() const { return listedWindows_; }
     const std::vector<SavedLayout>& savedLayouts() const { return savedLayouts_; }
     bool permissionGranted() const { return permissionGranted_; }
     const std::optional<QString>& statusMessage() const { return statusMessage_; }
@@ -301,6 +304,7 @@ private:
     std::optional<TilmoraSection> selectedSection_ = TilmoraSection::arrange;
     std::optional<QString> selectedWindowID_;
     std::vector<TilmoraWindow> windows_;
+    std::vector<ManagedWindow> listedWindows_;
     std::vector<SavedLayout> savedLayouts_;
     bool permissionGranted_ = false;
     std::optional<QString> statusMessage_;

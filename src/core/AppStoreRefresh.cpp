@@ -61,11 +61,13 @@ void AppStore::refresh() {
 
     if (!permissionGranted_) {
         // The selection is kept: it is checked again once access returns.
+        listedWindows_.clear();
         publish(windows_, std::vector<TilmoraWindow>{}, &AppStore::windowsChanged);
         return;
     }
+    listedWindows_ = windowManager_.allWindows();
     std::vector<TilmoraWindow> listed;
-    for (const ManagedWindow& window : windowManager_.allWindows()) {
+    for (const ManagedWindow& window : listedWindows_) {
         listed.push_back(window.published());
     }
     publish(windows_, std::move(listed), &AppStore::windowsChanged);

@@ -103,8 +103,8 @@ class Application(unittest.TestCase):
     def outer_frame(self, title):
         for line in self.tilmora("windows").stdout.splitlines():
             fields = line.split("\t")
-            if len(fields) >= 4 and fields[2] == title:
-                return fields[3]
+            if len(fields) >= 5 and fields[3] == title:
+                return fields[4]
         return None
 
     # --- the command line against the instance

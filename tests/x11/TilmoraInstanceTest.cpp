@@ -72,7 +72,7 @@ TEST_F(TilmoraInstance, RoutedCommandsPrintWhatTheProcessRunPrints) {
     ASSERT_EQ(xterm.windows.size(), 1U);
     QString notes;
     for (const QString& line : tilmora({QStringLiteral("windows")}).out.split(u'\n')) {
-        if (line.section(u'\t', 2, 2) == QLatin1String("Notes")) {
+        if (line.section(u'\t', 3, 3) == QLatin1String("Notes")) {
             notes = line.section(u'\t', 0, 0);
         }
     }

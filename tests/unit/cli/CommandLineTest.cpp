@@ -72,7 +72,7 @@ TEST_F(CommandRunnerTest, PrintsTheStatusLineAndExitsWithItsOutcome) {
         {"select-display 2", 0, "Screen 2 selected for Custom Grid.\n"},
         {"profile 2 --columns 12 --gap 6.5", 0, "2\tStudio\t8 x 1\tgap 6.5\n"},
         {"--window nope apply maximize", 1, "The selected window is no longer available.\n"},
-        {"windows", 0, "org.example.Mail-10-0-Inbox\tMail\tInbox\t100, 100  600 x 400\tActive\n"},
+        {"windows", 0, "0x00000001\torg.example.Mail-10-0-Inbox\tMail\tInbox\t100, 100  600 x 400\tActive\n"},
         {"displays", 0, "1\t1\tBuilt-in\t0, 0  1440 x 900\t0, 25  1440 x 875\tmain\n"
                                        "2\t2\tStudio\t1440, 0  1920 x 1080\t1440, 25  1920 x 1055\tpointer selected\n"},
         {"grid one two", 2, ""},
@@ -81,7 +81,10 @@ TEST_F(CommandRunnerTest, PrintsTheStatusLineAndExitsWithItsOutcome) {
         {"restore Nothing", 1, ""},
         // Only a running instance has a menu to pop up.
         {"menu", 1, ""},
-        {"profile 1 --colour 3", 2, ""}};
+        {"profile 1 --colour 3", 2, ""},
+        {"profile 1 --gap nan", 2, ""},
+        {"profile 1 --gap -inf", 2, ""},
+        {"profile 1 --gap 1e9", 0, "1\tBuilt-in\t2 x 1\tgap 32\n"}};
     // clang-format on
     for (const auto& [line, exitCode, printed] : cases) {
         fake.windowSystem.window(mail).frame = {100, 100, 600, 400};
@@ -91,6 +94,23 @@ TEST_F(CommandRunnerTest, PrintsTheStatusLineAndExitsWithItsOutcome) {
         // itself go to stderr.
         EXPECT_EQ(errors.isEmpty(), !output.isEmpty()) << line;
     }
+}
+
+// Titles come from other programs: one window stays one line of plain fields on a terminal, and
+// the X window id keeps naming the window after its title (and with it the store's id) changed.
+TEST_F(CommandRunnerTest, WindowsAreListedSafelyAndFoundByTheirXWindowID) {
+    fake.windowSystem.window(mail).title = QStringLiteral("a\tb\nc\\d\x1b[31m\u202eT\u0085");
+    EXPECT_EQ(run("windows"), CommandRunner::success);
+    EXPECT_EQ(output, QStringLiteral("0x00000001\torg.example.Mail-10-0-a\\tb\\nc\\\\d\\x1b[31m"
+                                     "\\u202eT\\u0085\tMail\ta\\tb\\nc\\\\d\\x1b[31m\\u202eT"
+                                     "\\u0085\t100, 100  600 x 400\tActive\n"));
+    fake.windowSystem.setFrontmostApplication(std::nullopt);
+    for (const char* line : {"--window 0x1 apply leftHalf", "--window 1 apply leftHalf"}) {
+        fake.windowSystem.window(mail).frame = {100, 100, 600, 400};
+        EXPECT_EQ(run(line), CommandRunner::success) << line;
+        EXPECT_EQ(fake.windowSystem.window(mail).frame.origin, (CGPoint{0, 25})) << line;
+    }
+    EXPECT_EQ(run("--window 0x2 apply leftHalf"), CommandRunner::failure);
 }
 
 TEST_F(CommandRunnerTest, FailuresOfTheStoreExitWithOne) {
