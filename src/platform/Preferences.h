@@ -3,11 +3,12 @@
 // after a restart. Main thread only.
 #pragma once
 
+#include "platform/Outcome.h"
+
 #include <QByteArray>
 #include <QString>
 
 #include <cstdint>
-#include <expected>
 #include <optional>
 
 namespace tilmora {
@@ -24,7 +25,7 @@ struct PreferencesFailure {
 class Preferences {
 public:
     // Nothing on success; a failed write leaves what was stored before.
-    using WriteResult = std::expected<void, PreferencesFailure>;
+    using WriteResult = Outcome<void, PreferencesFailure>;
 
     virtual ~Preferences() = default;
 
@@ -50,7 +51,7 @@ public:
     // Copies `bytes`, a value of `key` that could not be decoded, into a file of its own where
     // the user finds it, before the key is overwritten; the same bytes are kept once. The kept
     // file's path.
-    [[nodiscard]] virtual std::expected<QString, PreferencesFailure>
+    [[nodiscard]] virtual Outcome<QString, PreferencesFailure>
     keepUnreadable(const QString& key, const QByteArray& bytes) = 0;
 };
 

@@ -15,12 +15,14 @@ public:
         const auto found = values_.find(key);
         return found == values_.end() ? std::nullopt : std::optional(found->second);
     }
-    void setString(const QString& key, const QString& value) { values_.insert_or_assign(key, value); }
+    void setString(const QString& key, const QString& value) {
+        values_.insert_or_assign(key, value);
+    }
 
-    std::expected<QString, PreferencesFailure> keepUnreadable(const QString& key,
-                                                              const QByteArray& bytes) override {
+    Outcome<QString, PreferencesFailure> keepUnreadable(const QString& key,
+                                                        const QByteArray& bytes) override {
         if (failure) {
-            return std::unexpected(*failure);
+            return failed(*failure);
         }
         kept.insert_or_assign(key, bytes);
         return QStringLiteral("memory:kept/") + key;
@@ -34,7 +36,7 @@ public:
 protected:
     WriteResult store(const QString& key, const PreferenceValue& value) override {
         if (failure) {
-            return std::unexpected(*failure);
+            return failed(*failure);
         }
         values_.insert_or_assign(key, value);
         return {};

@@ -26,10 +26,10 @@ FileLock::Failure openFailure(int error) {
 
 } // namespace
 
-std::expected<FileLock, FileLock::Failure> FileLock::acquire(const QString& path,
-                                                             std::chrono::milliseconds timeout) {
+Outcome<FileLock, FileLock::Failure> FileLock::acquire(const QString& path,
+                                                       std::chrono::milliseconds timeout) {
     if (auto made = RegularFile::makeDirectories(RegularFile::directoryOf(path)); !made) {
-        return std::unexpected(Failure{false, made.error()});
+        return failed(Failure{false, made.error()});
     }
     const QByteArray native = QFile::encodeName(path);
     // Non-blocking, in case something other than a file was put in its place. A lock file that
@@ -44,7 +44,7 @@ std::expected<FileLock, FileLock::Failure> FileLock::acquire(const QString& path
         }
     }
     if (descriptor < 0) {
-        return std::unexpected(openFailure(errno));
+        return failed(openFailure(errno));
     }
     FileLock lock(descriptor);
     // flock cannot wait with a time-out: it is tried again, more and more rarely.
@@ -55,10 +55,10 @@ std::expected<FileLock, FileLock::Failure> FileLock::acquire(const QString& path
             continue;
         }
         if (errno != EWOULDBLOCK) {
-            return std::unexpected(openFailure(errno));
+            return failed(openFailure(errno));
         }
         if (std::chrono::steady_clock::now() >= deadline) {
-            return std::unexpected(Failure{true, {}});
+            return failed(Failure{true, {}});
         }
         std::this_thread::sleep_for(pause);
         pause = std::min(pause * 2, std::chrono::milliseconds(20));

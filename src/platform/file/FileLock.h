@@ -3,10 +3,11 @@
 // or hung costs the others a few seconds and a clear failure, never a hang.
 #pragma once
 
+#include "platform/Outcome.h"
+
 #include <QString>
 
 #include <chrono>
-#include <expected>
 
 namespace tilmora {
 
@@ -20,8 +21,8 @@ public:
     };
 
     // Creates the lock file and its directory when missing.
-    static std::expected<FileLock, Failure> acquire(const QString& path,
-                                                    std::chrono::milliseconds timeout);
+    static Outcome<FileLock, Failure> acquire(const QString& path,
+                                              std::chrono::milliseconds timeout);
 
     FileLock(FileLock&& other) noexcept;
     FileLock& operator=(FileLock&& other) noexcept;

@@ -158,10 +158,9 @@ void chopTrailingSpaces(QString& text, qsizetype limit) {
 
 // A value's text with quotes and escapes resolved; nothing when unquoted commas make it a list.
 std::optional<QString> unescapeValue(QByteArrayView text) {
-    static constexpr char escapes[][2] = {{'a', '\a'}, {'b', '\b'},  {'f', '\f'},
-                                          {'n', '\n'}, {'r', '\r'},  {'t', '\t'},
-                                          {'v', '\v'}, {'"', '"'},   {'?', '?'},
-                                          {'\'', '\''}, {'\\', '\\'}};
+    static constexpr char escapes[][2] = {{'a', '\a'}, {'b', '\b'},  {'f', '\f'}, {'n', '\n'},
+                                          {'r', '\r'}, {'t', '\t'},  {'v', '\v'}, {'"', '"'},
+                                          {'?', '?'},  {'\'', '\''}, {'\\', '\\'}};
     enum class State { skipSpaces, normal, hexEscape, octalEscape };
     QStringDecoder fromUtf8(QStringDecoder::Utf8);
     QString result;
@@ -470,7 +469,8 @@ void PreferencesDocument::parse() {
     qsizetype pos = text_.startsWith("\xef\xbb\xbf") ? 3 : 0;
     Line line;
     while (readLine(text_, pos, line)) {
-        const QByteArrayView content = QByteArrayView(text_).sliced(line.start, line.end - line.start);
+        const QByteArrayView content =
+            QByteArrayView(text_).sliced(line.start, line.end - line.start);
         if (content.startsWith('[')) {
             qsizetype close = content.indexOf(']');
             if (close < 0) {
@@ -493,8 +493,8 @@ void PreferencesDocument::parse() {
             continue;
         }
         const QByteArray key = text_.sliced(line.start, line.equals - line.start).trimmed();
-        entries_.push_back({section + unescapeKey(key), section.size(), line.start, line.end,
-                            line.equals + 1});
+        entries_.push_back(
+            {section + unescapeKey(key), section.size(), line.start, line.end, line.equals + 1});
         if (section.isEmpty()) {
             generalEnd_ = pastLineBreak(text_, line.end);
         }
@@ -528,25 +528,28 @@ void PreferencesDocument::setValue(const QString& key, const PreferenceValue& va
             --end;
         }
         text_.replace(entry->lineStart, end - entry->lineStart, line);
-    } else if (generalEnd_) {
-        QByteArray lineBreak;
-        if (*generalEnd_ == text_.size() && !text_.endsWith('\n') && !text_.endsWith('\r')) {
-            // The last line has no line break yet. One backslash too many at its end would
-            // take the break along and join the new line to it: a blank line follows then.
-            qsizetype backslashes = 0;
-            while (backslashes < text_.size() &&
-                   text_[text_.size() - 1 - backslashes] == '\\') {
-                ++backslashes;
-            }
-            lineBreak = backslashes % 2 == 0 ? "\n" : "\n\n";
-        }
-        text_.insert(*generalEnd_, lineBreak + line + '\n');
-    } else {
-        // QSettings puts [General] first.
-        const qsizetype start = text_.startsWith("\xef\xbb\xbf") ? 3 : 0;
-        const bool more = text_.size() > start;
-        text_.insert(start, "[General]\n" + line + (more ? "\n\n" : "\n"));
+        parse();
+        return;
     }
+    const QByteArray before = text_;
+    if (generalEnd_) {
+        const bool unbroken =
+            *generalEnd_ == text_.size() && !text_.endsWith('\n') && !text_.endsWith('\r');
+        text_.insert(*generalEnd_, (unbroken ? "\n" : "") + line + '\n');
+        parse();
+        // A last line that never ends (an open quote, a backslash before the end of the file)
+        // would take the new line into its value: then it goes first, as without [General].
+        entry = find(key);
+        if (entry && QByteArrayView(text_).sliced(entry->lineStart,
+                                                  entry->lineEnd - entry->lineStart) == line) {
+            return;
+        }
+        text_ = before;
+    }
+    // QSettings puts [General] first.
+    const qsizetype start = text_.startsWith("\xef\xbb\xbf") ? 3 : 0;
+    const bool more = text_.size() > start;
+    text_.insert(start, "[General]\n" + line + (more ? "\n\n" : "\n"));
     parse();
 }
 

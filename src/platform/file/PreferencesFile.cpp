@@ -6,7 +6,7 @@
 
 namespace tilmora {
 
-std::expected<QString, QString> PreferencesFile::defaultPath() {
+Outcome<QString, QString> PreferencesFile::defaultPath() {
     const QString configHome = qEnvironmentVariable("XDG_CONFIG_HOME");
     if (configHome.startsWith(u'/')) {
         return configHome + QStringLiteral("/tilmora/tilmora.conf");
@@ -16,12 +16,12 @@ std::expected<QString, QString> PreferencesFile::defaultPath() {
     if (home.startsWith(u'/')) {
         return home + QStringLiteral("/.config/tilmora/tilmora.conf");
     }
-    return std::unexpected(QStringLiteral(
+    return failed(QStringLiteral(
         "neither XDG_CONFIG_HOME nor HOME is an absolute path, so there is no place for the "
         "settings file; set HOME"));
 }
 
-std::expected<std::unique_ptr<PreferencesFile>, QString>
+Outcome<std::unique_ptr<PreferencesFile>, QString>
 PreferencesFile::open(const QString& path, Locking locking, FileCalls& calls) {
     std::unique_ptr<PreferencesFile> file(new PreferencesFile(path, calls));
     if (locking == Locking::untilClosed) {
@@ -29,7 +29,7 @@ PreferencesFile::open(const QString& path, Locking locking, FileCalls& calls) {
         if (held) {
             file->heldLock_ = std::move(*held);
         } else if (held.error().timedOut) {
-            return std::unexpected(
+            return failed(
                 QStringLiteral("another Tilmora command kept %1 locked for %2 seconds; try again")
                     .arg(file->lockPath())
                     .arg(lockTimeout.count()));
@@ -39,7 +39,7 @@ PreferencesFile::open(const QString& path, Locking locking, FileCalls& calls) {
     }
     const auto contents = RegularFile::read(path);
     if (!contents) {
-        return std::unexpected(
+        return failed(
             QStringLiteral("cannot use the settings file %1: %2").arg(path, contents.error()));
     }
     file->document_ = PreferencesDocument(contents->value_or(QByteArray()));
@@ -50,16 +50,15 @@ std::optional<PreferenceValue> PreferencesFile::value(const QString& key) const 
     return document_.value(key);
 }
 
-std::expected<FileLock, QString> PreferencesFile::lock() const {
+Outcome<FileLock, QString> PreferencesFile::lock() const {
     auto acquired = FileLock::acquire(lockPath(), lockTimeout);
     if (!acquired) {
         if (acquired.error().timedOut) {
-            return std::unexpected(
-                QStringLiteral("another Tilmora process kept %1 locked for %2 seconds")
-                    .arg(lockPath())
-                    .arg(lockTimeout.count()));
+            return failed(QStringLiteral("another Tilmora process kept %1 locked for %2 seconds")
+                              .arg(lockPath())
+                              .arg(lockTimeout.count()));
         }
-        return std::unexpected(acquired.error().reason);
+        return failed(acquired.error().reason);
     }
     return std::move(*acquired);
 }
@@ -69,14 +68,14 @@ Preferences::WriteResult PreferencesFile::store(const QString& key, const Prefer
     if (!heldLock_) {
         auto acquired = this->lock();
         if (!acquired) {
-            return std::unexpected(PreferencesFailure{path_, acquired.error()});
+            return failed(PreferencesFailure{path_, acquired.error()});
         }
         lock = std::move(*acquired);
     }
     // What other processes wrote since this one read the file is kept: only `key` changes.
     const auto contents = RegularFile::read(path_);
     if (!contents) {
-        return std::unexpected(PreferencesFailure{path_, contents.error()});
+        return failed(PreferencesFailure{path_, contents.error()});
     }
     PreferencesDocument document(contents->value_or(QByteArray()));
     if (document.value(key) != value) {
@@ -86,15 +85,15 @@ Preferences::WriteResult PreferencesFile::store(const QString& key, const Prefer
             if (const auto now = RegularFile::read(path_)) {
                 document_ = PreferencesDocument(now->value_or(QByteArray()));
             }
-            return std::unexpected(PreferencesFailure{path_, written.error()});
+            return failed(PreferencesFailure{path_, written.error()});
         }
     }
     document_ = std::move(document);
     return {};
 }
 
-std::expected<QString, PreferencesFailure>
-PreferencesFile::keepUnreadable(const QString& key, const QByteArray& bytes) {
+Outcome<QString, PreferencesFailure> PreferencesFile::keepUnreadable(const QString& key,
+                                                                     const QByteArray& bytes) {
     // Named after the file and the key, so that it sorts beside the settings, e.g.
     // tilmora.conf.savedLayouts.unreadable-3f9a0c1b2d4e; the same bytes get the same name.
     const QLatin1StringView prefix("Tilmora.");
@@ -102,21 +101,20 @@ PreferencesFile::keepUnreadable(const QString& key, const QByteArray& bytes) {
     name.replace(u'/', u'_');
     const QByteArray hash =
         QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().left(12);
-    const QString kept = path_ + u'.' + name + QStringLiteral(".unreadable-") +
-                         QString::fromLatin1(hash);
+    const QString kept =
+        path_ + u'.' + name + QStringLiteral(".unreadable-") + QString::fromLatin1(hash);
     const auto existing = RegularFile::read(kept);
     if (!existing) {
-        return std::unexpected(PreferencesFailure{kept, existing.error()});
+        return failed(PreferencesFailure{kept, existing.error()});
     }
     if (*existing == bytes) {
         return kept;
     }
     if (*existing) {
-        return std::unexpected(
-            PreferencesFailure{kept, QStringLiteral("a different file has that name")});
+        return failed(PreferencesFailure{kept, QStringLiteral("a different file has that name")});
     }
     if (auto written = RegularFile::replace(kept, bytes, calls_); !written) {
-        return std::unexpected(PreferencesFailure{kept, written.error()});
+        return failed(PreferencesFailure{kept, written.error()});
     }
     return kept;
 }

@@ -33,17 +33,17 @@ public:
 
     // The file's place; why there is none when neither XDG_CONFIG_HOME nor HOME is an absolute
     // path (rather than writing under the root directory).
-    static std::expected<QString, QString> defaultPath();
+    static Outcome<QString, QString> defaultPath();
 
     // Reads the file at `path` (none yet is an empty file); why it cannot be used, as one line.
-    static std::expected<std::unique_ptr<PreferencesFile>, QString>
+    static Outcome<std::unique_ptr<PreferencesFile>, QString>
     open(const QString& path, Locking locking, FileCalls& calls = FileCalls::system());
 
     const QString& path() const { return path_; }
 
     std::optional<PreferenceValue> value(const QString& key) const override;
-    std::expected<QString, PreferencesFailure> keepUnreadable(const QString& key,
-                                                              const QByteArray& bytes) override;
+    Outcome<QString, PreferencesFailure> keepUnreadable(const QString& key,
+                                                        const QByteArray& bytes) override;
 
 protected:
     WriteResult store(const QString& key, const PreferenceValue& value) override;
@@ -54,7 +54,7 @@ private:
         , calls_(calls) {}
 
     QString lockPath() const { return path_ + QStringLiteral(".lock"); }
-    std::expected<FileLock, QString> lock() const;
+    Outcome<FileLock, QString> lock() const;
 
     QString path_;
     FileCalls& calls_;

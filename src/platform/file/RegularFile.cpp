@@ -28,8 +28,7 @@ QString notRegular(mode_t mode) {
     return QStringLiteral("it is %1, not a regular file").arg(QLatin1StringView(kind));
 }
 
-const QString danglingLink =
-    QStringLiteral("it is a symbolic link to a file that does not exist");
+const QString danglingLink = QStringLiteral("it is a symbolic link to a file that does not exist");
 
 // Closes a descriptor when it goes out of scope, unless it was released.
 class Descriptor {
@@ -60,15 +59,17 @@ QString directoryOf(const QString& path) {
     return slash == 0 ? QStringLiteral("/") : path.left(slash);
 }
 
-std::expected<void, QString> makeDirectories(const QString& path) {
+Outcome<void, QString> makeDirectories(const QString& path) {
     const QByteArray native = QFile::encodeName(path);
     struct stat info {};
     if (::stat(native.constData(), &info) == 0) {
-        return S_ISDIR(info.st_mode) ? std::expected<void, QString>()
-                                     : std::unexpected(reason(ENOTDIR));
+        if (!S_ISDIR(info.st_mode)) {
+            return failed(reason(ENOTDIR));
+        }
+        return {};
     }
     if (errno != ENOENT) {
-        return std::unexpected(reason(errno));
+        return failed(reason(errno));
     }
     const QString parent = directoryOf(path);
     if (parent != path) {
@@ -77,38 +78,38 @@ std::expected<void, QString> makeDirectories(const QString& path) {
         }
     }
     if (::mkdir(native.constData(), 0777) != 0 && errno != EEXIST) {
-        return std::unexpected(reason(errno));
+        return failed(reason(errno));
     }
     return {};
 }
 
-std::expected<std::optional<QByteArray>, QString> read(const QString& path) {
+Outcome<std::optional<QByteArray>, QString> read(const QString& path) {
     const QByteArray native = QFile::encodeName(path);
     // Looked at before it is opened: opening a device or a pipe can block or have effects.
     struct stat info {};
     if (::stat(native.constData(), &info) != 0) {
         const int error = errno;
         if (error != ENOENT) {
-            return std::unexpected(reason(error));
+            return failed(reason(error));
         }
         if (::lstat(native.constData(), &info) == 0) {
-            return std::unexpected(danglingLink);
+            return failed(danglingLink);
         }
         return std::nullopt;
     }
     if (!S_ISREG(info.st_mode)) {
-        return std::unexpected(notRegular(info.st_mode));
+        return failed(notRegular(info.st_mode));
     }
     // Non-blocking and checked again: the path may have been replaced in between.
     const Descriptor file(::open(native.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     if (file.get() < 0) {
-        return std::unexpected(reason(errno));
+        return failed(reason(errno));
     }
     if (::fstat(file.get(), &info) != 0) {
-        return std::unexpected(reason(errno));
+        return failed(reason(errno));
     }
     if (!S_ISREG(info.st_mode)) {
-        return std::unexpected(notRegular(info.st_mode));
+        return failed(notRegular(info.st_mode));
     }
     QByteArray contents;
     char buffer[65536];
@@ -118,7 +119,7 @@ std::expected<std::optional<QByteArray>, QString> read(const QString& path) {
             if (errno == EINTR) {
                 continue;
             }
-            return std::unexpected(reason(errno));
+            return failed(reason(errno));
         }
         if (count == 0) {
             return contents;
@@ -127,29 +128,28 @@ std::expected<std::optional<QByteArray>, QString> read(const QString& path) {
     }
 }
 
-std::expected<void, QString> replace(const QString& path, const QByteArray& contents,
-                                     FileCalls& calls) {
+Outcome<void, QString> replace(const QString& path, const QByteArray& contents, FileCalls& calls) {
     QByteArray target = QFile::encodeName(path);
     struct stat info {};
     if (::lstat(target.constData(), &info) == 0 && S_ISLNK(info.st_mode)) {
         char* resolved = ::realpath(target.constData(), nullptr);
         if (!resolved) {
-            return std::unexpected(errno == ENOENT ? danglingLink : reason(errno));
+            return failed(errno == ENOENT ? danglingLink : reason(errno));
         }
         target = resolved;
         std::free(resolved);
     }
     const bool exists = ::stat(target.constData(), &info) == 0;
     if (!exists && errno != ENOENT) {
-        return std::unexpected(reason(errno));
+        return failed(reason(errno));
     }
     if (exists && !S_ISREG(info.st_mode)) {
-        return std::unexpected(notRegular(info.st_mode));
+        return failed(notRegular(info.st_mode));
     }
     // A file the user made read-only stays as it is, although its directory would let a rename
     // replace it.
     if (exists && ::faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0) {
-        return std::unexpected(reason(errno));
+        return failed(reason(errno));
     }
     const QString directory = directoryOf(QFile::decodeName(target));
     if (!exists) {
@@ -161,11 +161,11 @@ std::expected<void, QString> replace(const QString& path, const QByteArray& cont
     QByteArray temporary = target + ".XXXXXX";
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (file.get() < 0) {
-        return std::unexpected(reason(errno));
+        return failed(reason(errno));
     }
     const auto fail = [&](int error) {
         ::unlink(temporary.constData());
-        return std::unexpected(reason(error));
+        return failed(reason(error));
     };
     if (::fchmod(file.get(), exists ? info.st_mode & 07777 : 0600) != 0) {
         return fail(errno);
@@ -201,11 +201,11 @@ std::expected<void, QString> replace(const QString& path, const QByteArray& cont
     const Descriptor parent(
         ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (parent.get() < 0) {
-        return std::unexpected(reason(errno));
+        return failed(reason(errno));
     }
     // EINVAL: a file system that cannot flush directories.
     if (calls.fsync(parent.get()) != 0 && errno != EINVAL) {
-        return std::unexpected(reason(errno));
+        return failed(reason(errno));
     }
     return {};
 }

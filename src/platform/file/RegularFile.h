@@ -4,29 +4,30 @@
 // a text: the system's ("Permission denied") or what the path is instead.
 #pragma once
 
+#include "platform/Outcome.h"
+
 #include "platform/file/FileCalls.h"
 
 #include <QByteArray>
 #include <QString>
 
-#include <expected>
 #include <optional>
 
 namespace tilmora::RegularFile {
 
 // The contents of the file at `path`, symbolic links followed; nothing when there is none.
-std::expected<std::optional<QByteArray>, QString> read(const QString& path);
+Outcome<std::optional<QByteArray>, QString> read(const QString& path);
 
 // Replaces the file at `path` with `contents`, or creates it and its directories. A symbolic
 // link stays one: the file it points to is replaced. The new contents are written to a file of
 // their own beside the old one, flushed to the disk and renamed over it, so that whatever fails
 // on the way leaves the old file as it was. The file keeps its permissions; a new one is
 // readable by its owner only.
-std::expected<void, QString> replace(const QString& path, const QByteArray& contents,
-                                     FileCalls& calls = FileCalls::system());
+Outcome<void, QString> replace(const QString& path, const QByteArray& contents,
+                               FileCalls& calls = FileCalls::system());
 
 // Creates the directory and any missing parents.
-std::expected<void, QString> makeDirectories(const QString& path);
+Outcome<void, QString> makeDirectories(const QString& path);
 
 // The directory part of `path`.
 QString directoryOf(const QString& path);

@@ -61,7 +61,9 @@ std::optional<PreferenceValue> asEarlierVersionsRead(const QVariant& value) {
 TEST(PreferencesDocumentTest, ValuesReadBackWhicheverOfQSettingsAndTheDocumentWroteThem) {
     QByteArray everyByte(256, '\0');
     std::iota(everyByte.begin(), everyByte.end(), '\0');
-    const auto bytes = [](QByteArray b) { return PreferenceValue(std::in_place_type<QByteArray>, b); };
+    const auto bytes = [](QByteArray b) {
+        return PreferenceValue(std::in_place_type<QByteArray>, b);
+    };
     const auto text = [](const char* t) {
         return PreferenceValue(std::in_place_type<QString>, QString::fromUtf8(t));
     };
@@ -172,7 +174,9 @@ TEST(PreferencesDocumentTest, AChangeRewritesItsOwnLineAndLeavesEveryOtherOne) {
         {"[General]\nTilmora.layoutGap=\"a\nb\"\nx=1\n", "[General]\nTilmora.layoutGap=int:0\nx=1\n"},
         {"Tilmora.layoutGap=1\n[Other]\nTilmora.layoutGap=2\n[General]\nTilmora.layoutGap=3\n",
          "Tilmora.layoutGap=1\n[Other]\nTilmora.layoutGap=2\n[General]\nTilmora.layoutGap=int:0\n"},
-        {handWritten, handWritten + "\n\nTilmora.layoutGap=int:0\n"},
+        {handWritten, "\xef\xbb\xbf[General]\nTilmora.layoutGap=int:0\n\n" + handWritten.sliced(3)},
+        // An open quote at the end would take in a line added after it.
+        {"[General]\nx=\"open", "[General]\nTilmora.layoutGap=int:0\n\n[General]\nx=\"open"},
     };
     // clang-format on
     QSettingsFiles files;
