@@ -34,8 +34,9 @@ public:
 
     bool has_value() const { return state_.index() == 0; }
     explicit operator bool() const { return has_value(); }
-    T& operator*() { return std::get<0>(state_); }
-    const T& operator*() const { return std::get<0>(state_); }
+    T& operator*() & { return std::get<0>(state_); }
+    const T& operator*() const& { return std::get<0>(state_); }
+    T&& operator*() && { return std::move(std::get<0>(state_)); }
     T* operator->() { return &std::get<0>(state_); }
     const T* operator->() const { return &std::get<0>(state_); }
     const E& error() const { return std::get<1>(state_); }
