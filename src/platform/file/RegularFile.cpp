@@ -1,5 +1,7 @@
 #include "platform/file/RegularFile.h"
 
+#include "platform/file/FileDescriptor.h"
+
 #include <QFile>
 
 #include <cerrno>
@@ -29,25 +31,6 @@ QString notRegular(mode_t mode) {
 }
 
 const QString danglingLink = QStringLiteral("it is a symbolic link to a file that does not exist");
-
-// Closes a descriptor when it goes out of scope, unless it was released.
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor)
-        : descriptor_(descriptor) {}
-    ~Descriptor() {
-        if (descriptor_ >= 0) {
-            ::close(descriptor_);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return descriptor_; }
-    int release() { return std::exchange(descriptor_, -1); }
-
-private:
-    int descriptor_;
-};
 
 } // namespace
 
@@ -101,7 +84,8 @@ Outcome<std::optional<QByteArray>, QString> read(const QString& path) {
         return failed(notRegular(info.st_mode));
     }
     // Non-blocking and checked again: the path may have been replaced in between.
-    const Descriptor file(::open(native.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    const FileDescriptor file(
+        ::open(native.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     if (file.get() < 0) {
         return failed(reason(errno));
     }
@@ -159,7 +143,7 @@ Outcome<void, QString> replace(const QString& path, const QByteArray& contents, 
     }
 
     QByteArray temporary = target + ".XXXXXX";
-    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (file.get() < 0) {
         return failed(reason(errno));
     }
@@ -198,7 +182,7 @@ Outcome<void, QString> replace(const QString& path, const QByteArray& contents, 
         return fail(errno);
     }
     // The rename itself reaches the disk only with its directory.
-    const Descriptor parent(
+    const FileDescriptor parent(
         ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (parent.get() < 0) {
         return failed(reason(errno));

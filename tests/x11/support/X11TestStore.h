@@ -26,9 +26,8 @@ struct X11TestStore {
     X11HotKeyService hotKeys{connection};
     X11InputMonitor input{connection};
     QtScheduler scheduler;
-    std::unique_ptr<PreferencesFile> preferences =
-        *PreferencesFile::open(settings.filePath(QStringLiteral("tilmora.conf")),
-                               PreferencesFile::Locking::eachWrite);
+    std::unique_ptr<PreferencesFile> preferences = *PreferencesFile::open(
+        settings.filePath(QStringLiteral("tilmora.conf")), PreferencesFile::Locking::eachWrite);
     AppStore store{{windowSystem, hotKeys, input, scheduler, *preferences}};
 };
 
