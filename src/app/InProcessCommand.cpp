@@ -3,7 +3,7 @@
 #include "app/DesktopCheck.h"
 #include "cli/CommandRunner.h"
 #include "core/AppStore.h"
-#include "platform/qt/QSettingsPreferences.h"
+#include "platform/file/PreferencesFile.h"
 #include "platform/qt/QtScheduler.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11HotKeyService.h"
@@ -13,6 +13,11 @@
 namespace tilmora {
 
 int runInProcess(const CommandLine& line, QTextStream& out, QTextStream& err) {
+    const auto settingsPath = PreferencesFile::defaultPath();
+    if (!settingsPath) {
+        err << "tilmora: " << settingsPath.error() << '\n';
+        return CommandRunner::failure;
+    }
     const QByteArray display = qgetenv("DISPLAY");
     if (!DesktopCheck::hasDisplay(display, err)) {
         return CommandRunner::failure;
@@ -29,9 +34,21 @@ int runInProcess(const CommandLine& line, QTextStream& out, QTextStream& err) {
     X11HotKeyService hotKeys(connection);
     X11InputMonitor input(connection);
     QtScheduler scheduler;
-    QSettingsPreferences preferences;
-    AppStore store({windowSystem, hotKeys, input, scheduler, preferences});
-    return CommandRunner(store, out, err).run(line);
+    // Locked from reading the settings to the command's last write: commands run at once must
+    // not each save their own copy of a list and lose the others' changes.
+    const auto preferences =
+        PreferencesFile::open(*settingsPath, PreferencesFile::Locking::untilClosed);
+    if (!preferences) {
+        err << "tilmora: " << preferences.error() << '\n';
+        return CommandRunner::failure;
+    }
+    AppStore store({windowSystem, hotKeys, input, scheduler, **preferences});
+    const int exitCode = CommandRunner(store, out, err).run(line);
+    // A command without a status line still says once where unreadable settings were kept.
+    if (!store.pendingNotice().isEmpty()) {
+        err << "tilmora: " << store.pendingNotice() << '\n';
+    }
+    return exitCode;
 }
 
 } // namespace tilmora

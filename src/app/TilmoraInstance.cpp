@@ -9,7 +9,7 @@
 #include "app/UnixSignalQuit.h"
 #include "cli/InstanceClient.h"
 #include "core/AppStore.h"
-#include "platform/qt/QSettingsPreferences.h"
+#include "platform/file/PreferencesFile.h"
 #include "platform/qt/QtScheduler.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11HotKeyService.h"
@@ -92,13 +92,24 @@ int run(int& argc, char** argv) {
         return 1;
     }
 
+    const auto settingsPath = PreferencesFile::defaultPath();
+    if (!settingsPath) {
+        err << "tilmora: " << settingsPath.error() << '\n';
+        return 1;
+    }
+    const auto preferences =
+        PreferencesFile::open(*settingsPath, PreferencesFile::Locking::eachWrite);
+    if (!preferences) {
+        err << "tilmora: " << preferences.error() << '\n';
+        return 1;
+    }
+
     X11Connection connection;
     X11WindowSystem windowSystem(connection);
     X11HotKeyService hotKeys(connection);
     X11InputMonitor input(connection);
     QtScheduler scheduler;
-    QSettingsPreferences preferences;
-    AppStore store({windowSystem, hotKeys, input, scheduler, preferences});
+    AppStore store({windowSystem, hotKeys, input, scheduler, **preferences});
     store.setRelauncher(&Relauncher::relaunch);
     ApplicationShell shell(store);
     QObject::connect(&shell, &ApplicationShell::quitRequested, &application,

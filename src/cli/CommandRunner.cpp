@@ -259,11 +259,17 @@ int CommandRunner::profile(const QStringList& arguments) {
             QStringLiteral("there is no display %1; 'tilmora displays' lists them").arg(*number));
     }
     const DisplayGeometry& display = displays[static_cast<std::size_t>(*number - 1)];
+    // The profile line says what was asked for; only a change that could not be stored ends in
+    // the status line instead.
+    store_.setStatusMessage(std::nullopt);
     if (reset) {
         store_.resetDisplayProfile(display.id);
     }
     if (columns || rows || gap) {
         store_.updateDisplayProfile(display.id, columns, rows, gap);
+    }
+    if (store_.statusMessage()) {
+        return reportStatus();
     }
     out_ << Listings::profileLine(static_cast<int>(*number), store_.displayProfile(display))
          << '\n';

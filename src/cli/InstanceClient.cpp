@@ -1,5 +1,7 @@
 #include "cli/InstanceClient.h"
 
+#include "platform/file/FileDescriptor.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -17,23 +19,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Outcome = InstanceClient::Outcome;
 using namespace std::chrono_literals;
-
-class Descriptor {
-public:
-    explicit Descriptor(int fd)
-        : fd_(fd) {}
-    ~Descriptor() {
-        if (fd_ >= 0) {
-            ::close(fd_);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return fd_; }
-
-private:
-    int fd_;
-};
 
 Outcome failure(std::string error) {
     return {Outcome::Kind::failed, {}, std::move(error)};
@@ -150,7 +135,7 @@ Outcome InstanceClient::exchange(const InstanceAddress& address,
         }
         std::this_thread::sleep_for(20ms);
     }
-    const Descriptor socket(fd);
+    const FileDescriptor socket(fd);
 
     const std::string request = InstanceProtocol::encodeRequest(arguments);
     for (std::size_t sent = 0; sent < request.size();) {

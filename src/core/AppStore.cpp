@@ -32,6 +32,9 @@ void AppStore::setSelectedWindowID(std::optional<QString> id) {
 }
 
 void AppStore::setStatusMessage(std::optional<QString> message) {
+    if (message && !pendingNotice_.isEmpty()) {
+        *message += u' ' + std::exchange(pendingNotice_, {});
+    }
     publish(statusMessage_, std::move(message), &AppStore::statusMessageChanged);
 }
 

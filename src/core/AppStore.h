@@ -94,7 +94,11 @@ public:
     const std::vector<SavedLayout>& savedLayouts() const { return savedLayouts_; }
     bool permissionGranted() const { return permissionGranted_; }
     const std::optional<QString>& statusMessage() const { return statusMessage_; }
+    // A pending notice is added to the message.
     void setStatusMessage(std::optional<QString> message);
+    // What the next status line is to add about the settings (an unreadable value kept in a
+    // file of its own); empty when there is nothing.
+    const QString& pendingNotice() const { return pendingNotice_; }
     const QString& updateStatusMessage() const { return updateStatusMessage_; }
     void setUpdateStatusMessage(QString message);
     const std::optional<QUrl>& updateDownloadURL() const { return updateDownloadURL_; }
@@ -239,8 +243,24 @@ private:
     static std::vector<DisplayLayoutProfile>
     loadDisplayProfiles(const Preferences& preferences, bool migratingToEdgeToEdge,
                         bool migratingDefaultGridToCurrent);
-    void saveDisplayProfiles();
-    void savePlacementDragModifier(const PlacementDragModifier& modifier);
+    // Writing settings. A failed write ends in the status line; each returns false when nothing
+    // was written.
+    bool written(const Preferences::WriteResult& result);
+    // `data` under `key`. What is stored there now and `decodes` cannot read is first kept in a
+    // file of its own, which the next status line names; when it cannot be kept, nothing is
+    // written. `what` names the value for the user.
+    bool saveData(const QString& key, const QByteArray& data, bool (*decodes)(const QByteArray&),
+                  const QString& what);
+    // The same, for a value that `decode` (returning an optional) reads.
+    template <auto decode>
+    bool saveData(const QString& key, const QByteArray& data, const QString& what) {
+        return saveData(
+            key, data, [](const QByteArray& d) { return decode(d).has_value(); }, what);
+    }
+    bool keepUnreadable(const QString& key, const std::optional<QByteArray>& unreadable,
+                        const QString& what);
+    bool saveDisplayProfiles();
+    bool savePlacementDragModifier(const PlacementDragModifier& modifier);
 
     // Refresh cycle
     void observeActiveApplications();
@@ -261,12 +281,13 @@ private:
 
     // Saved layouts
     static QString defaultLayoutName();
+    bool saveSavedLayouts();
 
     // Global hot keys
     void startHotKeys();
     void runHotKeyCommand(const HotKeyCommand& command);
-    void savePlacementHotKey(const HotKeyShortcut& shortcut);
-    void saveQuickHotKeyModifiers(const QuickHotKeyModifiers& modifiers);
+    bool savePlacementHotKey(const HotKeyShortcut& shortcut);
+    bool saveQuickHotKeyModifiers(const QuickHotKeyModifiers& modifiers);
     // One status line naming the first four refused shortcuts.
     static QString
     hotKeyFailureMessage(const std::vector<HotKeyCenter::RegistrationFailure>& failures);
@@ -287,6 +308,7 @@ private:
     std::vector<SavedLayout> savedLayouts_;
     bool permissionGranted_ = false;
     std::optional<QString> statusMessage_;
+    QString pendingNotice_;
     QString updateStatusMessage_;
     std::optional<QUrl> updateDownloadURL_;
     bool isCheckingForUpdates_ = false;

@@ -58,7 +58,9 @@ void AppStore::setPlacementHotKey(HotKeyShortcut shortcut) {
     }
     const QString text = shortcut.displayText();
     publish(placementHotKey_, std::move(shortcut), &AppStore::placementHotKeyChanged);
-    savePlacementHotKey(placementHotKey_);
+    if (!savePlacementHotKey(placementHotKey_)) {
+        return;
+    }
     setStatusMessage(QStringLiteral("Placement Canvas hotkey changed to ") + text + u'.');
 }
 
@@ -76,17 +78,22 @@ void AppStore::setQuickHotKeyModifiers(QuickHotKeyModifiers modifiers) {
         return;
     }
     publish(quickHotKeyModifiers_, modifiers, &AppStore::quickHotKeyModifiersChanged);
-    saveQuickHotKeyModifiers(modifiers);
+    if (!saveQuickHotKeyModifiers(modifiers)) {
+        return;
+    }
     setStatusMessage(QStringLiteral("Quick Layout hotkeys changed to ") + modifiers.displayText() +
                      QStringLiteral(" + layout keys."));
 }
 
-void AppStore::savePlacementHotKey(const HotKeyShortcut& shortcut) {
-    platform_.preferences.setData(PreferenceKeys::placementHotKey, shortcut.encode());
+bool AppStore::savePlacementHotKey(const HotKeyShortcut& shortcut) {
+    return saveData<&HotKeyShortcut::decode>(PreferenceKeys::placementHotKey, shortcut.encode(),
+                                             QStringLiteral("Placement Canvas hotkey"));
 }
 
-void AppStore::saveQuickHotKeyModifiers(const QuickHotKeyModifiers& modifiers) {
-    platform_.preferences.setData(PreferenceKeys::quickHotKeyModifiers, modifiers.encode());
+bool AppStore::saveQuickHotKeyModifiers(const QuickHotKeyModifiers& modifiers) {
+    return saveData<&QuickHotKeyModifiers::decode>(PreferenceKeys::quickHotKeyModifiers,
+                                                   modifiers.encode(),
+                                                   QStringLiteral("Quick Layout hotkey modifiers"));
 }
 
 QString

@@ -76,8 +76,9 @@ void AppStore::saveCurrentLayout(const QString& name) {
     std::vector<SavedLayout> layouts = savedLayouts_;
     layouts.insert(layouts.begin(), std::move(layout));
     publish(savedLayouts_, std::move(layouts), &AppStore::savedLayoutsChanged);
-    savedLayoutStore_.save(savedLayouts_);
-    setStatusMessage(QStringLiteral("Saved ") + layoutName + u'.');
+    if (saveSavedLayouts()) {
+        setStatusMessage(QStringLiteral("Saved ") + layoutName + u'.');
+    }
 }
 
 void AppStore::restore(const SavedLayout& layout) {
@@ -133,8 +134,15 @@ void AppStore::deleteLayout(const SavedLayout& layout) {
     std::vector<SavedLayout> layouts = savedLayouts_;
     std::erase_if(layouts, [&](const SavedLayout& l) { return l.id == layout.id; });
     publish(savedLayouts_, std::move(layouts), &AppStore::savedLayoutsChanged);
-    savedLayoutStore_.save(savedLayouts_);
-    setStatusMessage(QStringLiteral("Deleted ") + layout.name + u'.');
+    if (saveSavedLayouts()) {
+        setStatusMessage(QStringLiteral("Deleted ") + layout.name + u'.');
+    }
+}
+
+bool AppStore::saveSavedLayouts() {
+    return keepUnreadable(SavedLayoutStore::key, savedLayoutStore_.unreadableData(),
+                          QStringLiteral("saved layouts")) &&
+           written(savedLayoutStore_.save(savedLayouts_));
 }
 
 } // namespace tilmora

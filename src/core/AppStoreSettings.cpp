@@ -1,7 +1,9 @@
 // Settings: what is read at construction, the one-time migrations, and what is written when a
 // setting changes. Unreadable values fall back to their defaults without a word and stay in the
-// preferences until the setting is next saved.
+// preferences until the setting is next saved; then they are kept in a file of their own first.
+// A write that fails is said in the status line.
 #include "core/AppStore.h"
+#include "core/CommandFailures.h"
 #include "core/PreferenceKeys.h"
 
 #include <cmath>
@@ -27,13 +29,15 @@ void AppStore::loadSettings() {
     // Initial values: the gap's observer does not run here.
     if (!zeroDone && !custom) {
         gap_ = 0;
-        preferences.setInteger(PreferenceKeys::layoutGap, 0);
-        preferences.setBool(PreferenceKeys::defaultZeroMigration, true);
+        // The migration is recorded only once its gap is stored.
+        if (written(preferences.setInteger(PreferenceKeys::layoutGap, 0))) {
+            written(preferences.setBool(PreferenceKeys::defaultZeroMigration, true));
+        }
     } else if (edgeDone) {
         gap_ = DisplayLayoutProfile::clampedGap(storedGap);
     } else {
         gap_ = 0;
-        preferences.setInteger(PreferenceKeys::layoutGap, 0);
+        written(preferences.setInteger(PreferenceKeys::layoutGap, 0));
     }
 
     placementHotKey_ = loadPlacementHotKey(preferences);
@@ -44,12 +48,13 @@ void AppStore::loadSettings() {
     displayProfiles_ = loadDisplayProfiles(preferences, !edgeDone, !twoByOneDone);
     saveDisplayProfiles();
     savedLayouts_ = savedLayoutStore_.load();
+    // A migration whose flag could not be stored runs again at the next start.
     if (!edgeDone) {
-        preferences.setBool(PreferenceKeys::edgeToEdgeMigration, true);
+        written(preferences.setBool(PreferenceKeys::edgeToEdgeMigration, true));
         saveDisplayProfiles();
     }
     if (!twoByOneDone) {
-        preferences.setBool(PreferenceKeys::twoByOneMigration, true);
+        written(preferences.setBool(PreferenceKeys::twoByOneMigration, true));
         saveDisplayProfiles();
     }
 }
@@ -103,21 +108,55 @@ AppStore::loadDisplayProfiles(const Preferences& preferences, bool migratingToEd
                                             migratingDefaultGridToCurrent);
 }
 
-void AppStore::saveDisplayProfiles() {
-    if (const auto data = DisplayLayoutProfile::encodeList(displayProfiles_)) {
-        platform_.preferences.setData(PreferenceKeys::displayLayoutProfiles, *data);
+bool AppStore::written(const Preferences::WriteResult& result) {
+    if (!result) {
+        setStatusMessage(CommandFailures::settingsNotSaved(result.error()));
     }
+    return result.has_value();
 }
 
-void AppStore::savePlacementDragModifier(const PlacementDragModifier& modifier) {
-    platform_.preferences.setData(PreferenceKeys::placementDragModifier, modifier.encode());
+bool AppStore::keepUnreadable(const QString& key, const std::optional<QByteArray>& unreadable,
+                              const QString& what) {
+    if (!unreadable) {
+        return true;
+    }
+    const auto kept = platform_.preferences.keepUnreadable(key, *unreadable);
+    if (!kept) {
+        setStatusMessage(CommandFailures::unreadableNotKept(what, kept.error()));
+        return false;
+    }
+    if (!pendingNotice_.isEmpty()) {
+        pendingNotice_ += u' ';
+    }
+    pendingNotice_ += QStringLiteral("Kept the unreadable %1 in %2.").arg(what, *kept);
+    return true;
+}
+
+bool AppStore::saveData(const QString& key, const QByteArray& data,
+                        bool (*decodes)(const QByteArray&), const QString& what) {
+    Preferences& preferences = platform_.preferences;
+    return keepUnreadable(key, unreadableData(preferences, key, decodes), what) &&
+           written(preferences.setData(key, data));
+}
+
+bool AppStore::saveDisplayProfiles() {
+    const auto data = DisplayLayoutProfile::encodeList(displayProfiles_);
+    return !data ||
+           saveData<&DisplayLayoutProfile::decodeList>(PreferenceKeys::displayLayoutProfiles, *data,
+                                                       QStringLiteral("display profiles"));
+}
+
+bool AppStore::savePlacementDragModifier(const PlacementDragModifier& modifier) {
+    return saveData<&PlacementDragModifier::decode>(PreferenceKeys::placementDragModifier,
+                                                    modifier.encode(),
+                                                    QStringLiteral("placement drag modifier"));
 }
 
 void AppStore::setGap(double gap) {
     publish(gap_, gap, &AppStore::gapChanged);
     const double clamped = DisplayLayoutProfile::clampedGap(gap);
     if (gap_ == clamped) {
-        platform_.preferences.setDouble(PreferenceKeys::layoutGap, clamped);
+        written(platform_.preferences.setDouble(PreferenceKeys::layoutGap, clamped));
     } else {
         // The corrected value goes through the observer once more, which then saves it.
         setGap(clamped);
@@ -126,7 +165,9 @@ void AppStore::setGap(double gap) {
 
 void AppStore::setPlacementDragModifier(PlacementDragModifier modifier) {
     publish(placementDragModifier_, modifier, &AppStore::placementDragModifierChanged);
-    savePlacementDragModifier(modifier);
+    if (!savePlacementDragModifier(modifier)) {
+        return;
+    }
     const QString description =
         hasShortcutModifier(modifier.modifiers)
             ? modifier.title() + QStringLiteral(" (") + modifier.symbol() + u')'

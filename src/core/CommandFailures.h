@@ -3,6 +3,8 @@
 // code) compare against these and the window errors' texts.
 #pragma once
 
+#include "platform/Preferences.h"
+
 #include <QString>
 
 namespace tilmora::CommandFailures {
@@ -12,7 +14,12 @@ inline const QString nothingToSave = QStringLiteral("No windows are available to
 inline const QString nothingRestored = QStringLiteral("No matching windows are open.");
 inline const QString canvasUnavailable = QStringLiteral("The Placement Canvas is not available.");
 
-// True when `statusMessage` is the line of a command that failed.
+// "Could not save settings to /path: No space left on device."
+QString settingsNotSaved(const PreferencesFailure& failure);
+// Nothing was written because the unreadable value (`what`) could not be kept first.
+QString unreadableNotKept(const QString& what, const PreferencesFailure& failure);
+
+// True when `statusMessage` is the line of a command that failed (a notice may follow it).
 bool isFailure(const QString& statusMessage);
 
 } // namespace tilmora::CommandFailures

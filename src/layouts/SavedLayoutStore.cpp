@@ -13,10 +13,15 @@ std::vector<SavedLayout> SavedLayoutStore::load() const {
     return SavedLayout::decodeList(*data).value_or(std::vector<SavedLayout>{});
 }
 
-void SavedLayoutStore::save(const std::vector<SavedLayout>& layouts) {
+std::optional<QByteArray> SavedLayoutStore::unreadableData() const {
+    return tilmora::unreadableData(preferences_, key, &SavedLayout::decodeList);
+}
+
+Preferences::WriteResult SavedLayoutStore::save(const std::vector<SavedLayout>& layouts) {
     if (const auto data = SavedLayout::encodeList(layouts)) {
-        preferences_.setData(key, *data);
+        return preferences_.setData(key, *data);
     }
+    return {};
 }
 
 } // namespace tilmora

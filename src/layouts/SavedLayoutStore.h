@@ -20,9 +20,11 @@ public:
     // The stored layouts in stored order; an empty list when nothing readable is stored. An
     // unreadable document is left in place: only the next save replaces it.
     std::vector<SavedLayout> load() const;
+    // The stored document when it cannot be read; nothing when there is none or it reads.
+    std::optional<QByteArray> unreadableData() const;
     // Replaces the stored document. Writes nothing when the list cannot be written (a
-    // non-finite number, an invalid date), so the previous document stays.
-    void save(const std::vector<SavedLayout>& layouts);
+    // non-finite number, an invalid date), so the previous document stays; that is no failure.
+    [[nodiscard]] Preferences::WriteResult save(const std::vector<SavedLayout>& layouts);
 
 private:
     Preferences& preferences_;

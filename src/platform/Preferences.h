@@ -3,6 +3,8 @@
 // after a restart. Main thread only.
 #pragma once
 
+#include "platform/Outcome.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -11,8 +13,20 @@
 
 namespace tilmora {
 
+// Why something could not be stored: the file concerned and the system's reason, e.g. "No space
+// left on device".
+struct PreferencesFailure {
+    QString path;
+    QString reason;
+
+    bool operator==(const PreferencesFailure&) const = default;
+};
+
 class Preferences {
 public:
+    // Nothing on success; a failed write leaves what was stored before.
+    using WriteResult = Outcome<void, PreferencesFailure>;
+
     virtual ~Preferences() = default;
 
     // The value read as a number: a stored double or integer; nothing when the key is absent or
@@ -27,11 +41,30 @@ public:
     // it is what earlier versions or a hand-edited file may have left behind.
     virtual std::optional<QString> stringValue(const QString& key) const = 0;
 
-    // Each write replaces whatever was stored under the key, whatever its form.
-    virtual void setDouble(const QString& key, double value) = 0;
-    virtual void setInteger(const QString& key, std::int64_t value) = 0;
-    virtual void setBool(const QString& key, bool value) = 0;
-    virtual void setData(const QString& key, const QByteArray& value) = 0;
+    // Each write replaces whatever was stored under the key, whatever its form. Writing the
+    // value already stored does nothing and succeeds.
+    [[nodiscard]] virtual WriteResult setDouble(const QString& key, double value) = 0;
+    [[nodiscard]] virtual WriteResult setInteger(const QString& key, std::int64_t value) = 0;
+    [[nodiscard]] virtual WriteResult setBool(const QString& key, bool value) = 0;
+    [[nodiscard]] virtual WriteResult setData(const QString& key, const QByteArray& value) = 0;
+
+    // Copies `bytes`, a value of `key` that could not be decoded, into a file of its own where
+    // the user finds it, before the key is overwritten; the same bytes are kept once. The kept
+    // file's path.
+    [[nodiscard]] virtual Outcome<QString, PreferencesFailure>
+    keepUnreadable(const QString& key, const QByteArray& bytes) = 0;
 };
+
+// The byte string under `key` when `decode` cannot make sense of it (it returns an optional);
+// nothing when the key holds none or one that decodes.
+template <typename Decode>
+std::optional<QByteArray> unreadableData(const Preferences& preferences, const QString& key,
+                                         Decode decode) {
+    auto data = preferences.dataValue(key);
+    if (data && !decode(*data)) {
+        return data;
+    }
+    return std::nullopt;
+}
 
 } // namespace tilmora

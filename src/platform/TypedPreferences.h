@@ -23,18 +23,27 @@ public:
         return preferences::asString(value(key));
     }
 
-    void setDouble(const QString& key, double v) final { store(key, v); }
-    void setInteger(const QString& key, std::int64_t v) final {
-        store(key, PreferenceValue(std::in_place_type<std::int64_t>, v));
+    WriteResult setDouble(const QString& key, double v) final { return set(key, v); }
+    WriteResult setInteger(const QString& key, std::int64_t v) final {
+        return set(key, PreferenceValue(std::in_place_type<std::int64_t>, v));
     }
-    void setBool(const QString& key, bool v) final {
-        store(key, PreferenceValue(std::in_place_type<bool>, v));
+    WriteResult setBool(const QString& key, bool v) final {
+        return set(key, PreferenceValue(std::in_place_type<bool>, v));
     }
-    void setData(const QString& key, const QByteArray& v) final { store(key, v); }
+    WriteResult setData(const QString& key, const QByteArray& v) final { return set(key, v); }
 
 protected:
     // Replaces whatever was stored under `key`, whatever its form.
-    virtual void store(const QString& key, const PreferenceValue& value) = 0;
+    virtual WriteResult store(const QString& key, const PreferenceValue& value) = 0;
+
+private:
+    // Start-up stores many values unchanged: only a real change is written.
+    WriteResult set(const QString& key, const PreferenceValue& v) {
+        if (value(key) == v) {
+            return {};
+        }
+        return store(key, v);
+    }
 };
 
 } // namespace tilmora

@@ -1,6 +1,6 @@
 // Preferences held in memory, with the same reading rules as the settings file. Tests can also
-// plant text (the form only earlier versions or hand edits leave) and look at the exact form
-// of what was written, for instance to tell an integer 0 from a double 0.
+// plant text (the form only earlier versions or hand edits leave), look at the exact form of
+// what was written, for instance to tell an integer 0 from a double 0, and make writes fail.
 #pragma once
 
 #include "platform/TypedPreferences.h"
@@ -15,11 +15,31 @@ public:
         const auto found = values_.find(key);
         return found == values_.end() ? std::nullopt : std::optional(found->second);
     }
-    void setString(const QString& key, const QString& value) { store(key, value); }
+    void setString(const QString& key, const QString& value) {
+        values_.insert_or_assign(key, value);
+    }
+
+    Outcome<QString, PreferencesFailure> keepUnreadable(const QString& key,
+                                                        const QByteArray& bytes) override {
+        if (failure) {
+            return failed(*failure);
+        }
+        kept.insert_or_assign(key, bytes);
+        return QStringLiteral("memory:kept/") + key;
+    }
+
+    // While set, every write that would change something fails with it.
+    std::optional<PreferencesFailure> failure;
+    // What keepUnreadable kept, by key.
+    std::map<QString, QByteArray> kept;
 
 protected:
-    void store(const QString& key, const PreferenceValue& value) override {
+    WriteResult store(const QString& key, const PreferenceValue& value) override {
+        if (failure) {
+            return failed(*failure);
+        }
         values_.insert_or_assign(key, value);
+        return {};
     }
 
 private:

@@ -27,10 +27,7 @@ using test::X11TestProcess;
 class TilmoraInstance : public testing::Test {
 protected:
     void SetUp() override {
-        desktop_ = std::make_unique<X11TestDesktop>(X11TestDesktop::Options{
-            X11TestDesktop::WindowManager::openbox,
-            "3360x1080",
-            {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}}});
+        desktop_ = std::make_unique<X11TestDesktop>(test::commandLineDesktop());
         ASSERT_TRUE(desktop_->isReady());
         session_ = std::make_unique<TilmoraSession>(desktop_->display());
         ASSERT_TRUE(session_->isValid() && logs_.isValid());

@@ -1,10 +1,12 @@
 #include "core/AppStore.h"
+#include "core/CommandFailures.h"
 #include "core/PreferenceKeys.h"
 #include "support/FakePlatform.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <tuple>
 
 using namespace tilmora;
@@ -104,3 +106,102 @@ TEST(AppStoreSettingsTest, UnreadableProfilesStartEmptyAndAreReplacedAtTheFirstR
 }
 
 } // namespace
+
+namespace tilmora {
+namespace {
+
+namespace failures = CommandFailures;
+
+const PreferencesFailure diskFull{QStringLiteral("/home/u/.config/tilmora/tilmora.conf"),
+                                  QStringLiteral("No space left on device")};
+
+// A store's platform: two displays, one window.
+struct StoreWithWindows {
+    StoreWithWindows() {
+        fake.windowSystem.setScreens({builtInScreen, studioScreen});
+        fake.windowSystem.addApplication(10, QStringLiteral("org.example.Mail"),
+                                         QStringLiteral("Mail"));
+        fake.windowSystem.addWindow(10, {0, 25, 720, 875}, QStringLiteral("Inbox"));
+    }
+    FakePlatform fake;
+};
+
+// Each command that changes a setting, run once with writes that succeed and once with a full
+// disk: it reports its own line (or none) and stores the change, or it ends in the failure and
+// the stored value stays.
+TEST(AppStoreSettingsTest, AChangeThatCannotBeStoredEndsInAFailureLine) {
+    using Change = std::function<void(AppStore&)>;
+    const auto firstDisplay = [](AppStore& s) { return s.connectedDisplays().front().id; };
+    // clang-format off
+    const std::vector<std::pair<const QString&, Change>> changes{
+        {SavedLayoutStore::key, [](AppStore& s) { s.saveCurrentLayout(QStringLiteral("Work")); }},
+        {SavedLayoutStore::key, [](AppStore& s) { s.deleteLayout(s.savedLayouts().front()); }},
+        {keys::displayLayoutProfiles, [&](AppStore& s) { s.updateDisplayProfile(firstDisplay(s), 3, 2, 4); }},
+        {keys::layoutGap, [](AppStore& s) { s.setGap(12); }},
+        {keys::placementDragModifier, [](AppStore& s) { s.setPlacementDragModifier({0x1000}); }},
+        {keys::placementHotKey, [](AppStore& s) { s.setPlacementHotKey({40, 0x0100, QStringLiteral("K")}); }},
+        {keys::quickHotKeyModifiers, [](AppStore& s) { s.setQuickHotKeyModifiers({0x0300}); }},
+    };
+    // clang-format on
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        const auto& [key, change] = changes[i];
+        for (const bool fails : {false, true}) {
+            SCOPED_TRACE(::testing::Message() << "change " << i << (fails ? " failing" : ""));
+            StoreWithWindows setup;
+            MemoryPreferences& preferences = setup.fake.preferences;
+            AppStore store(setup.fake.platform());
+            store.refresh();
+            store.saveCurrentLayout(QStringLiteral("Earlier"));
+            store.setStatusMessage(std::nullopt);
+            const auto before = preferences.value(key);
+            preferences.failure = fails ? std::optional(diskFull) : std::nullopt;
+            change(store);
+            if (fails) {
+                EXPECT_EQ(store.statusMessage(), failures::settingsNotSaved(diskFull));
+                EXPECT_TRUE(failures::isFailure(*store.statusMessage()));
+                EXPECT_EQ(preferences.value(key), before);
+            } else {
+                EXPECT_FALSE(store.statusMessage() && failures::isFailure(*store.statusMessage()))
+                    << store.statusMessage()->toStdString();
+                EXPECT_NE(preferences.value(key), before);
+            }
+        }
+    }
+}
+
+// Values that do not decode are copied aside before anything overwrites them, and the next
+// status line says where, once.
+TEST(AppStoreSettingsTest, UnreadableValuesAreKeptBeforeTheyAreOverwritten) {
+    const QByteArray layouts = R"([{"id":"not a uuid","name":"Old","windows":[]}])";
+    const QByteArray profiles = R"([{"id":5,"displayName":"A"}])";
+    StoreWithWindows setup;
+    MemoryPreferences& preferences = setup.fake.preferences;
+    (void)preferences.setData(SavedLayoutStore::key, layouts);
+    (void)preferences.setData(keys::displayLayoutProfiles, profiles);
+    (void)preferences.setData(keys::placementHotKey, "{");
+    AppStore store(setup.fake.platform());
+    // Construction stores the profiles at once.
+    EXPECT_EQ(preferences.kept,
+              (std::map<QString, QByteArray>{{keys::displayLayoutProfiles, profiles}}));
+
+    store.saveCurrentLayout(QStringLiteral("Work"));
+    EXPECT_EQ(preferences.kept[SavedLayoutStore::key], layouts);
+    EXPECT_EQ(store.statusMessage(),
+              QStringLiteral("Saved Work. Kept the unreadable display profiles in "
+                             "memory:kept/Tilmora.displayLayoutProfiles. Kept the unreadable "
+                             "saved layouts in memory:kept/Tilmora.savedLayouts."));
+    store.saveCurrentLayout(QStringLiteral("Again"));
+    EXPECT_EQ(store.statusMessage(), QStringLiteral("Saved Again."));
+    EXPECT_EQ(store.savedLayouts().size(), 2U);
+
+    // Not kept, not written.
+    preferences.failure = diskFull;
+    store.setPlacementHotKey({40, 0x0100, QStringLiteral("K")});
+    EXPECT_EQ(store.statusMessage(),
+              failures::unreadableNotKept(QStringLiteral("Placement Canvas hotkey"), diskFull));
+    EXPECT_TRUE(failures::isFailure(*store.statusMessage()));
+    EXPECT_EQ(preferences.dataValue(keys::placementHotKey), QByteArray("{"));
+}
+
+} // namespace
+} // namespace tilmora

@@ -32,7 +32,7 @@ TEST(SavedLayoutStoreTest, LoadsNothingWithoutAReadableDocumentAndLeavesItUntilT
         SavedLayoutStore layouts(preferences);
         EXPECT_EQ(layouts.load(), std::vector<SavedLayout>{});
         EXPECT_EQ(preferences.value(key), before);
-        layouts.save(second);
+        EXPECT_TRUE(layouts.save(second));
         EXPECT_EQ(layouts.load(), second);
     }
 }
@@ -54,11 +54,11 @@ TEST(SavedLayoutStoreTest, SaveWritesNothingWhenTheListCannotBeWritten) {
         spoil(spoilt);
         MemoryPreferences preferences;
         SavedLayoutStore store(preferences);
-        store.save(spoilt);
+        EXPECT_TRUE(store.save(spoilt));
         EXPECT_FALSE(preferences.value(key));
-        store.save(second);
+        EXPECT_TRUE(store.save(second));
         const auto before = preferences.dataValue(key);
-        store.save(spoilt);
+        EXPECT_TRUE(store.save(spoilt));
         EXPECT_EQ(preferences.dataValue(key), before);
     }
 }

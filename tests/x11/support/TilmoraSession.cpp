@@ -5,6 +5,12 @@
 
 namespace tilmora::test {
 
+X11TestDesktop::Options commandLineDesktop() {
+    return {X11TestDesktop::WindowManager::openbox,
+            "3360x1080",
+            {{"*L", "1440/381x900/238+0+0", "screen"}, {"R", "1920/508x1080/286+1440+0"}}};
+}
+
 TilmoraSession::TilmoraSession(std::string displayName)
     : display(std::move(displayName)) {}
 

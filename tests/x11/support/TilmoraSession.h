@@ -2,6 +2,7 @@
 // directory of the test's own, so that neither the user's instance nor another test's is seen.
 #pragma once
 
+#include "x11/support/X11TestDesktop.h"
 #include "x11/support/X11TestProcess.h"
 
 #include <QString>
@@ -21,6 +22,10 @@ struct TilmoraRun {
     QString err;
     std::chrono::milliseconds elapsed{};
 };
+
+// The desktop the command line is tried on: openbox with two monitors side by side, the left
+// one (1440 x 900) primary, the right one 1920 x 1080.
+X11TestDesktop::Options commandLineDesktop();
 
 class TilmoraSession {
 public:

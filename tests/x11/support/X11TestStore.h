@@ -3,7 +3,7 @@
 #pragma once
 
 #include "core/AppStore.h"
-#include "platform/qt/QSettingsPreferences.h"
+#include "platform/file/PreferencesFile.h"
 #include "platform/qt/QtScheduler.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11HotKeyService.h"
@@ -26,8 +26,9 @@ struct X11TestStore {
     X11HotKeyService hotKeys{connection};
     X11InputMonitor input{connection};
     QtScheduler scheduler;
-    QSettingsPreferences preferences{settings.filePath(QStringLiteral("tilmora.conf"))};
-    AppStore store{{windowSystem, hotKeys, input, scheduler, preferences}};
+    std::unique_ptr<PreferencesFile> preferences = *PreferencesFile::open(
+        settings.filePath(QStringLiteral("tilmora.conf")), PreferencesFile::Locking::eachWrite);
+    AppStore store{{windowSystem, hotKeys, input, scheduler, *preferences}};
 };
 
 } // namespace tilmora::test
