@@ -26,16 +26,20 @@ function(tilmora_library name)
     target_link_libraries(${name} PUBLIC ${ARG_LINKS})
 endfunction()
 
-# tilmora_test(<name> LABEL <label> SOURCES ... LINKS ... [ENVIRONMENT VAR=value ...]): one
-# GoogleTest executable whose cases ctest lists one by one, each run with the environment given.
+# tilmora_test(<name> [SERIAL] LABEL <label> SOURCES ... LINKS ... [ENVIRONMENT VAR=value ...]):
+# one GoogleTest executable whose cases ctest lists one by one, each run with the environment
+# given; SERIAL ones run while no other test does.
 function(tilmora_test name)
-    cmake_parse_arguments(ARG "" "LABEL" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
+    cmake_parse_arguments(ARG "SERIAL" "LABEL" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     # Every test prints QStrings as text in its failure messages.
     target_compile_options(${name} PRIVATE ${TILMORA_WARNINGS} -include
                                            ${PROJECT_SOURCE_DIR}/tests/support/QStringPrinting.h)
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock GTest::gtest_main)
     set(properties LABELS ${ARG_LABEL})
+    if(ARG_SERIAL)
+        list(APPEND properties RUN_SERIAL TRUE)
+    endif()
     if(ARG_ENVIRONMENT)
         list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
     endif()
