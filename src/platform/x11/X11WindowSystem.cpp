@@ -69,6 +69,9 @@ X11WindowSystem::~X11WindowSystem() {
 }
 
 bool X11WindowSystem::refresh(Freshness freshness) const {
+    if (freshness == Freshness::asRead) {
+        return connection_.isAlive();
+    }
     const auto now = std::chrono::steady_clock::now();
     if (freshness == Freshness::recent && !mirror_->needsRead() &&
         now - lastRefresh_ < eventCheckInterval && connection_.isAlive()) {
@@ -89,9 +92,9 @@ std::vector<X11Monitor> X11WindowSystem::monitors() const {
     return monitors_;
 }
 
-X11PointSpace X11WindowSystem::pointSpace() const {
+X11PointSpace X11WindowSystem::pointSpace(Freshness freshness) const {
     // The scale follows RESOURCE_MANAGER through the mirror.
-    refresh();
+    refresh(freshness);
     const auto list = monitors();
     return X11PointSpace(list.empty() ? X11Rect{} : list.front().geometry, mirror_->root().dpi);
 }
@@ -440,26 +443,42 @@ void X11WindowSystem::raise(WindowElement window) {
 }
 
 std::int32_t X11WindowSystem::setPosition(WindowElement window, CGPoint position) {
-    if (!live(window, Freshness::latest)) {
+    if (!live(window, Freshness::asRead)) {
         return AXError::failure;
     }
-    const X11PointSpace space = pointSpace();
+    const X11PointSpace space = pointSpace(Freshness::asRead);
     return writer_->setPosition(static_cast<xcb_window_t>(window.value), space.rootX(position.x),
                                 space.rootY(position.y));
 }
 
 std::int32_t X11WindowSystem::setSize(WindowElement window, CGSize size) {
-    if (!live(window, Freshness::latest)) {
+    if (!live(window, Freshness::asRead)) {
         return AXError::failure;
     }
-    const X11PointSpace space = pointSpace();
+    const X11PointSpace space = pointSpace(Freshness::asRead);
     return writer_->setSize(static_cast<xcb_window_t>(window.value), space.pixels(size.width),
                             space.pixels(size.height));
 }
 
-void X11WindowSystem::settle(WindowElement window, std::chrono::milliseconds maximum) {
-    if (live(window, Freshness::latest)) {
-        writer_->settle(static_cast<xcb_window_t>(window.value), maximum);
+void X11WindowSystem::settle(const std::vector<WindowElement>& windows,
+                             std::chrono::milliseconds maximum) {
+    // Every window's writes are out, and the manager answers them in order: waiting for one
+    // window lets the answers for the others arrive meanwhile. The time limit is the manager's
+    // silence: each answer gives it `maximum` again for the next, so a manager working through
+    // many windows gets the time it needs, and one that stopped answering costs `maximum` once.
+    using Clock = std::chrono::steady_clock;
+    auto deadline = Clock::now() + maximum;
+    for (const WindowElement window : windows) {
+        if (window.value == 0 || window.value > 0xFFFFFFFFU) {
+            continue;
+        }
+        const auto start = Clock::now();
+        const auto left = std::max(std::chrono::ceil<std::chrono::milliseconds>(deadline - start),
+                                   std::chrono::milliseconds::zero());
+        writer_->settle(static_cast<xcb_window_t>(window.value), left);
+        if (const auto now = Clock::now(); now - start < left) {
+            deadline = now + maximum;
+        }
     }
 }
 
