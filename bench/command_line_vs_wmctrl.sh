@@ -10,11 +10,7 @@ build_dir=${1:-build}
 runs=${RUNS:-40}
 tilmora="$build_dir/bin/tilmora"
 client="$build_dir/tests/x11/tilmora_x11_test_client"
-for tool in "$tilmora" "$build_dir/bin/tilmora-app" "$client"; do
-    [ -x "$tool" ] || { echo "bench: $tool is not built" >&2; exit 1; }
-done
-
-. "$(dirname "$0")/desktop_with_200_windows.sh" "$client"
+. "$(dirname "$0")/desktop_with_200_windows.sh" "$client" "$tilmora" "$build_dir/bin/tilmora-app"
 
 microseconds() { # runs "$@" once, prints its wall time in µs
     # Bash's own clock: a `date` process on each side would add its start-up to both figures.

@@ -1,8 +1,12 @@
 # Sourced by the benchmark scripts: a private desktop of Xvfb (1920x1080), openbox and 200
 # windows of 20 applications (10 windows each, titled "appN 1" to "appN 10"; the project's test
-# client, whose path is the first argument). Sets DISPLAY, a scratch $workdir, XDG_CONFIG_HOME
+# client, whose path is the first argument). The programs the script measures follow; it ends
+# the script when one of them is not built. Sets DISPLAY, a scratch $workdir, XDG_CONFIG_HOME
 # and XDG_RUNTIME_DIR inside it, and stops everything it started when the script exits.
 client=$1
+for tool in "$@"; do
+    [ -x "$tool" ] || { echo "bench: $tool is not built" >&2; exit 1; }
+done
 pids=()
 workdir=$(mktemp -d)
 cleanup() {

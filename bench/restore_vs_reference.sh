@@ -15,12 +15,8 @@ runs=${RUNS:-10}
 tilmora="$build_dir/bin/tilmora-run"
 reference="$reference_dir/bin/tilmora-run"
 client="$build_dir/tests/x11/tilmora_x11_test_client"
-for tool in "$tilmora" "$reference" "$client"; do
-    [ -x "$tool" ] || { echo "bench: $tool is not built" >&2; exit 1; }
-done
-
 # No instance runs: both programs run the command themselves, with the same settings.
-. "$(dirname "$0")/desktop_with_200_windows.sh" "$client"
+. "$(dirname "$0")/desktop_with_200_windows.sh" "$client" "$tilmora" "$reference"
 
 # Layout "Cascade" as the windows came up; layout "Tiles" with each window in a cell of its own.
 "$tilmora" save Cascade >/dev/null
