@@ -462,24 +462,13 @@ std::int32_t X11WindowSystem::setSize(WindowElement window, CGSize size) {
 
 void X11WindowSystem::settle(const std::vector<WindowElement>& windows,
                              std::chrono::milliseconds maximum) {
-    // Every window's writes are out, and the manager answers them in order: waiting for one
-    // window lets the answers for the others arrive meanwhile. The time limit is the manager's
-    // silence: each answer gives it `maximum` again for the next, so a manager working through
-    // many windows gets the time it needs, and one that stopped answering costs `maximum` once.
-    using Clock = std::chrono::steady_clock;
-    auto deadline = Clock::now() + maximum;
+    std::vector<xcb_window_t> ids;
     for (const WindowElement window : windows) {
-        if (window.value == 0 || window.value > 0xFFFFFFFFU) {
-            continue;
-        }
-        const auto start = Clock::now();
-        const auto left = std::max(std::chrono::ceil<std::chrono::milliseconds>(deadline - start),
-                                   std::chrono::milliseconds::zero());
-        writer_->settle(static_cast<xcb_window_t>(window.value), left);
-        if (const auto now = Clock::now(); now - start < left) {
-            deadline = now + maximum;
+        if (window.value != 0 && window.value <= 0xFFFFFFFFU) {
+            ids.push_back(static_cast<xcb_window_t>(window.value));
         }
     }
+    writer_->settle(ids, maximum);
 }
 
 // --- The window server's view
