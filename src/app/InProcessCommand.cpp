@@ -1,6 +1,7 @@
 #include "app/InProcessCommand.h"
 
 #include "app/DesktopCheck.h"
+#include "app/DisplayConnection.h"
 #include "cli/CommandRunner.h"
 #include "core/AppStore.h"
 #include "platform/file/PreferencesFile.h"
@@ -23,30 +24,40 @@ int runInProcess(const CommandLine& line, QTextStream& out, QTextStream& err) {
         return CommandRunner::failure;
     }
     X11Connection connection;
-    if (!connection.ensureConnected(true)) {
-        err << "tilmora: cannot open the X display " << display << '\n';
+    if (!connection.isAlive()) {
+        const auto failure = connection.faults().unanswered > 0
+                                 ? X11Handshake::Failure::silent
+                                 : X11Handshake::Failure::unreachable;
+        err << "tilmora: " << DisplayConnection::failure(failure, display) << '\n';
         return CommandRunner::failure;
     }
-    X11WindowSystem windowSystem(connection);
-    if (!DesktopCheck::hasWindowManager(windowSystem, display, err)) {
-        return CommandRunner::failure;
-    }
-    X11HotKeyService hotKeys(connection);
-    X11InputMonitor input(connection);
-    QtScheduler scheduler;
-    // Locked from reading the settings to the command's last write: commands run at once must
-    // not each save their own copy of a list and lose the others' changes.
-    const auto preferences =
-        PreferencesFile::open(*settingsPath, PreferencesFile::Locking::untilClosed);
-    if (!preferences) {
-        err << "tilmora: " << preferences.error() << '\n';
-        return CommandRunner::failure;
-    }
-    AppStore store({windowSystem, hotKeys, input, scheduler, **preferences});
-    const int exitCode = CommandRunner(store, out, err).run(line);
+    // Said even when the display failed: it is about the settings, which were read.
+    QString notice;
+    const int exitCode = DisplayConnection::run(
+        connection, out, err, [&](QTextStream& heldOut, QTextStream& heldErr) {
+            X11WindowSystem windowSystem(connection);
+            if (!DesktopCheck::hasWindowManager(windowSystem, display, heldErr)) {
+                return CommandRunner::failure;
+            }
+            X11HotKeyService hotKeys(connection);
+            X11InputMonitor input(connection);
+            QtScheduler scheduler;
+            // Locked from reading the settings to the command's last write: commands run at
+            // once must not each save their own copy of a list and lose the others' changes.
+            const auto preferences =
+                PreferencesFile::open(*settingsPath, PreferencesFile::Locking::untilClosed);
+            if (!preferences) {
+                heldErr << "tilmora: " << preferences.error() << '\n';
+                return CommandRunner::failure;
+            }
+            AppStore store({windowSystem, hotKeys, input, scheduler, **preferences});
+            const int commandExitCode = CommandRunner(store, heldOut, heldErr).run(line);
+            notice = store.pendingNotice();
+            return commandExitCode;
+        });
     // A command without a status line still says once where unreadable settings were kept.
-    if (!store.pendingNotice().isEmpty()) {
-        err << "tilmora: " << store.pendingNotice() << '\n';
+    if (!notice.isEmpty()) {
+        err << "tilmora: " << notice << '\n';
     }
     return exitCode;
 }

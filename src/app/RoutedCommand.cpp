@@ -1,17 +1,25 @@
 #include "app/RoutedCommand.h"
 
 #include "app/DesktopCheck.h"
+#include "app/DisplayConnection.h"
 #include "cli/CommandRunner.h"
 
 namespace tilmora {
 
 RoutedCommand::RoutedCommand(AppStore& store, const WindowSystem& windowSystem,
-                             std::function<void()> popUpMenu)
+                             X11Connection& connection, std::function<void()> popUpMenu)
     : store_(store)
     , windowSystem_(windowSystem)
+    , connection_(connection)
     , popUpMenu_(std::move(popUpMenu)) {}
 
 int RoutedCommand::operator()(const CommandLine& line, QTextStream& out, QTextStream& err) {
+    return DisplayConnection::run(
+        connection_, out, err,
+        [&](QTextStream& heldOut, QTextStream& heldErr) { return run(line, heldOut, heldErr); });
+}
+
+int RoutedCommand::run(const CommandLine& line, QTextStream& out, QTextStream& err) {
     if (!DesktopCheck::hasWindowManager(windowSystem_, qgetenv("DISPLAY"), err)) {
         return CommandRunner::failure;
     }

@@ -5,6 +5,7 @@
 
 #include "cli/CommandLine.h"
 #include "core/AppStore.h"
+#include "platform/x11/X11Connection.h"
 
 #include <QTextStream>
 
@@ -14,14 +15,17 @@ namespace tilmora {
 
 class RoutedCommand {
 public:
-    RoutedCommand(AppStore& store, const WindowSystem& windowSystem,
+    RoutedCommand(AppStore& store, const WindowSystem& windowSystem, X11Connection& connection,
                   std::function<void()> popUpMenu);
 
     int operator()(const CommandLine& line, QTextStream& out, QTextStream& err);
 
 private:
+    int run(const CommandLine& line, QTextStream& out, QTextStream& err);
+
     AppStore& store_;
     const WindowSystem& windowSystem_;
+    X11Connection& connection_;
     std::function<void()> popUpMenu_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "app/CommandLineRun.h"
 #include "app/DesktopCheck.h"
+#include "app/DisplayConnection.h"
 #include "app/InstanceLock.h"
 #include "app/InstanceServer.h"
 #include "app/Relauncher.h"
@@ -27,12 +28,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Qt ends the process with a core dump when it cannot reach the display: find out first.
-bool displayAnswers() {
-    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-    const bool answers = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return answers;
+// Qt ends the process with a core dump when it cannot reach the display, and waits without end
+// for a server that does not answer: find out first. Why not, when it cannot.
+std::optional<QString> displayProblem(const QByteArray& display) {
+    const auto handshake = X11Handshake::connect(display, X11Connection::connectTimeout);
+    if (!handshake) {
+        return DisplayConnection::failure(handshake.error(), display);
+    }
+    xcb_disconnect(handshake->connection);
+    return std::nullopt;
 }
 
 // The lock holder may still be starting and not listen yet: connect until a deadline.
@@ -55,8 +59,8 @@ int run(int& argc, char** argv) {
     if (!DesktopCheck::hasDisplay(display, err)) {
         return 1;
     }
-    if (!displayAnswers()) {
-        err << "tilmora: cannot open the X display " << display << '\n';
+    if (const auto problem = displayProblem(display)) {
+        err << "tilmora: " << *problem << '\n';
         return 1;
     }
     const InstanceAddress address = *InstanceAddress::fromEnvironment();
@@ -114,7 +118,7 @@ int run(int& argc, char** argv) {
     ApplicationShell shell(store);
     QObject::connect(&shell, &ApplicationShell::quitRequested, &application,
                      &QCoreApplication::quit);
-    RoutedCommand routed(store, windowSystem, [&shell] { shell.popUpMenuAtPointer(); });
+    RoutedCommand routed(store, windowSystem, connection, [&shell] { shell.popUpMenuAtPointer(); });
     server.setHandler([&](const std::vector<std::string>& arguments) {
         if (arguments.empty()) {
             shell.showMainWindow();

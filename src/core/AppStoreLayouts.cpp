@@ -82,15 +82,17 @@ void AppStore::saveCurrentLayout(const QString& name) {
 }
 
 void AppStore::restore(const SavedLayout& layout) {
-    int restored = 0;
-    int limited = 0;
+    // Restoring moves no window before every target is known, and nothing a move changes
+    // (displays, titles, applications) decides a target: all windows are then placed together.
+    const std::vector<ManagedWindow> listed = windowManager_.allWindows();
+    const std::vector<DisplayGeometry> displays = currentDisplays();
+    std::vector<WindowManager::FrameRequest> requests;
     for (const SavedWindowPlacement& saved : layout.windows) {
         // No window is set aside once used: two saved windows may move the same live one.
-        const auto window = windowManager_.findMatchingWindow(saved);
+        const auto window = WindowManager::findMatchingWindow(saved, listed);
         if (!window) {
             continue;
         }
-        const std::vector<DisplayGeometry> displays = currentDisplays();
         auto display = saved.preferredDisplay(displays, saved.frame.rect());
         if (!display) {
             display = space::display(window->frame, displays);
@@ -107,7 +109,11 @@ void AppStore::restore(const SavedLayout& layout) {
             // An absolute frame is only pushed inside the display, never carried across.
             target = target.clamped(area, minimumPlacedSize);
         }
-        const auto result = windowManager_.setFrame(target, window->element);
+        requests.push_back({target, window->element});
+    }
+    int restored = 0;
+    int limited = 0;
+    for (const auto& result : windowManager_.setFrames(requests)) {
         if (!result) {
             fail(result.error());
             continue;

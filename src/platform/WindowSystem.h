@@ -95,9 +95,11 @@ public:
     virtual std::int32_t setPosition(WindowElement window, CGPoint position) = 0;
     virtual std::int32_t setSize(WindowElement window, CGSize size) = 0;
 
-    // Waits until the writes sent to the window have taken effect, so that the next read sees
-    // them, but never longer than `maximum`. Blocks without running other main-loop work.
-    virtual void settle(WindowElement window, std::chrono::milliseconds maximum) = 0;
+    // Waits until the writes sent to the windows have taken effect, so that the next reads see
+    // them, but never longer than `maximum` for all of them together. Blocks without running
+    // other main-loop work.
+    virtual void settle(const std::vector<WindowElement>& windows,
+                        std::chrono::milliseconds maximum) = 0;
 
     // --- The window server's view
 

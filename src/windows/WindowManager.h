@@ -20,6 +20,13 @@ namespace tilmora {
 
 class WindowManager {
 public:
+    using Placement = std::expected<WindowPlacementResult, WindowManagerError>;
+    // One window and the frame it is to take.
+    struct FrameRequest {
+        CGRect frame;
+        WindowElement window;
+    };
+
     static constexpr double minimumWindowWidth = 80;
     static constexpr double minimumWindowHeight = 60;
 
@@ -43,8 +50,13 @@ public:
     // Writes the frame in up to four passes of position and size writes, reading back after
     // each, until the window reports it within the placement tolerance. A window that keeps
     // another frame is a success that is not exact; the closest frame seen is reported.
-    std::expected<WindowPlacementResult, WindowManagerError> setFrame(const CGRect& frame,
-                                                                      WindowElement window);
+    Placement setFrame(const CGRect& frame, WindowElement window);
+    // setFrame for many windows at once, with the outcome of each as setFrame would give it one
+    // window after the other: each pass is written to every window that still needs it and
+    // then settled for all of them together, so that the settle time is paid once per pass,
+    // not once per window. A window asked for more than once takes its frames in turn, the
+    // last one winning.
+    std::vector<Placement> setFrames(const std::vector<FrameRequest>& requests);
 
     // The topmost arrangeable window under the point, from the on-screen list.
     std::optional<ManagedWindow> window(CGPoint at) const;
@@ -53,6 +65,9 @@ public:
     // The live window a saved one stands for. Keeps no memory: two saved windows may match the
     // same live window.
     std::optional<ManagedWindow> findMatchingWindow(const SavedWindowPlacement& saved) const;
+    // The same among windows listed by allWindows() a moment before.
+    static std::optional<ManagedWindow> findMatchingWindow(const SavedWindowPlacement& saved,
+                                                           std::vector<ManagedWindow> listed);
 
 private:
     // The application's window that an on-screen entry stands for: by title, else by frame.
@@ -65,6 +80,8 @@ private:
     std::optional<WindowElement> focusedElement(std::int32_t processIdentifier) const;
     bool isStandardWindow(WindowElement window) const;
     std::optional<CGRect> readFrame(WindowElement window) const;
+    // setFrames for requests that name each window once.
+    std::vector<Placement> placeTogether(const std::vector<FrameRequest>& requests);
     ManagedWindow makeWindow(const RunningApplication& app, WindowElement window,
                              const CGRect& frame, int index, bool isFocused) const;
 

@@ -113,7 +113,11 @@ std::optional<ManagedWindow> WindowManager::refreshedWindow(const ManagedWindow&
 
 std::optional<ManagedWindow>
 WindowManager::findMatchingWindow(const SavedWindowPlacement& saved) const {
-    std::vector<ManagedWindow> listed = allWindows();
+    return findMatchingWindow(saved, allWindows());
+}
+
+std::optional<ManagedWindow> WindowManager::findMatchingWindow(const SavedWindowPlacement& saved,
+                                                               std::vector<ManagedWindow> listed) {
     if (!saved.bundleIdentifier) {
         // Without an application id only an exact name and title are trusted.
         for (ManagedWindow& window : listed) {

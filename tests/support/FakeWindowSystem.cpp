@@ -155,7 +155,7 @@ std::int32_t FakeWindowSystem::setSize(WindowElement element, CGSize size) {
     });
 }
 
-void FakeWindowSystem::settle(WindowElement, std::chrono::milliseconds) {
+void FakeWindowSystem::settle(const std::vector<WindowElement>&, std::chrono::milliseconds) {
     calls_.push_back(Call::settle);
 }
 

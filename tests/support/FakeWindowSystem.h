@@ -74,7 +74,8 @@ public:
     void raise(WindowElement window) override;
     std::int32_t setPosition(WindowElement window, CGPoint position) override;
     std::int32_t setSize(WindowElement window, CGSize size) override;
-    void settle(WindowElement window, std::chrono::milliseconds maximum) override;
+    void settle(const std::vector<WindowElement>& windows,
+                std::chrono::milliseconds maximum) override;
     std::vector<OnScreenWindow> onScreenWindows() const override;
 
     void setScreens(std::vector<ScreenDescription> screens) { screens_ = std::move(screens); }

@@ -1,5 +1,6 @@
 #include "platform/x11/X11Connection.h"
 
+#include "platform/x11/X11Handshake.h"
 #include "platform/x11/X11Log.h"
 
 #include <QAbstractEventDispatcher>
@@ -21,7 +22,7 @@ namespace tilmora {
 Q_LOGGING_CATEGORY(lcX11, "tilmora.x11", QtWarningMsg)
 
 X11Connection::X11Connection(QByteArray displayName)
-    : displayName_(std::move(displayName)) {
+    : displayName_(displayName.isEmpty() ? qgetenv("DISPLAY") : std::move(displayName)) {
     ensureConnected(true);
 }
 
@@ -37,6 +38,7 @@ bool X11Connection::isUsable() {
         void* probe = nullptr;
         xcb_generic_error_t* error = nullptr;
         if (xcb_poll_for_reply(connection_, *unresponsiveProbe_, &probe, &error) == 0) {
+            ++faults_.unanswered;
             return false;
         }
         std::free(probe);
@@ -75,15 +77,16 @@ bool X11Connection::ensureConnected(bool force) {
 }
 
 bool X11Connection::connect() {
-    int screenNumber = 0;
-    connection_ =
-        xcb_connect(displayName_.isEmpty() ? nullptr : displayName_.constData(), &screenNumber);
-    if (xcb_connection_has_error(connection_) != 0) {
+    const auto handshake = X11Handshake::connect(displayName_, connectTimeout);
+    if (!handshake) {
+        if (handshake.error() == X11Handshake::Failure::silent) {
+            ++faults_.unanswered;
+        }
         qCDebug(lcX11) << "cannot connect to the X server" << displayName_;
-        xcb_disconnect(connection_);
-        connection_ = nullptr;
         return false;
     }
+    connection_ = handshake->connection;
+    const int screenNumber = handshake->screen;
     const xcb_setup_t* setup = xcb_get_setup(connection_);
     auto screens = xcb_setup_roots_iterator(setup);
     for (int i = 0; i < screenNumber && screens.rem > 0; ++i) {
@@ -184,7 +187,9 @@ void X11Connection::connectionLost() {
         return;
     }
     lost_ = true;
-    qCWarning(lcX11) << "lost the connection to the X server" << displayName_;
+    ++faults_.lost;
+    // Whoever was using the connection says so in its own words: only a debugging aid here.
+    qCInfo(lcX11) << "lost the connection to the X server" << displayName_;
     notifier_.reset();
     for (const auto& [id, listener] : std::map(connectionListeners_)) {
         listener(false);
@@ -329,8 +334,9 @@ void* X11Connection::waitForReply(unsigned int sequence, X11Reply<xcb_generic_er
             continue;
         }
         if (!waitReadable(deadline)) {
-            qCWarning(lcX11) << "the X server did not answer within" << replyTimeout.count()
-                             << "ms";
+            ++faults_.unanswered;
+            qCInfo(lcX11) << "the X server" << displayName_ << "did not answer within"
+                          << replyTimeout.count() << "ms";
             xcb_discard_reply(connection_, sequence);
             unresponsiveProbe_ = xcb_get_input_focus(connection_).sequence;
             flush();

@@ -34,8 +34,20 @@ public:
 
     // How long one reply may take before the server counts as unresponsive.
     static constexpr std::chrono::milliseconds replyTimeout{1000};
+    // How long the set-up handshake of a new connection may take.
+    static constexpr std::chrono::milliseconds connectTimeout{5000};
     // A lost connection is tried again on use at most this often (always on a forced attempt).
     static constexpr std::chrono::milliseconds reconnectInterval{500};
+
+    // What went wrong with the connection so far, counted, so that a caller can tell whether
+    // anything did while it was using it.
+    struct Faults {
+        // Connections that broke: the server went away or closed this one.
+        std::uint64_t lost = 0;
+        // Handshakes and replies given up on, or requests not sent, because the server did
+        // not answer in time.
+        std::uint64_t unanswered = 0;
+    };
 
     // An empty name connects to $DISPLAY.
     explicit X11Connection(QByteArray displayName = {});
@@ -51,6 +63,10 @@ public:
     }
     // Connects when there is no live connection; without `force`, at most once per interval.
     bool ensureConnected(bool force = false);
+
+    // The display connected to: the name given, else $DISPLAY.
+    const QByteArray& displayName() const { return displayName_; }
+    const Faults& faults() const { return faults_; }
 
     xcb_connection_t* raw() const { return connection_; }
     xcb_window_t root() const { return root_; }
@@ -131,6 +147,7 @@ private:
     std::map<int, EventListener> eventListeners_;
     std::map<int, ConnectionListener> connectionListeners_;
     std::uint64_t generation_ = 0;
+    Faults faults_;
     bool lost_ = false;
     bool dispatchScheduled_ = false;
     bool flushesBeforeIdle_ = false;

@@ -302,21 +302,44 @@ X11FrameWriter::Outcome X11FrameWriter::outcome(xcb_window_t window, Placement& 
     return placed && limited ? Outcome::allowedByHints : Outcome::pending;
 }
 
-void X11FrameWriter::settle(xcb_window_t window, std::chrono::milliseconds maximum) {
-    const auto deadline = Clock::now() + maximum;
+void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
+                            std::chrono::milliseconds maximum) {
+    auto deadline = Clock::now() + maximum;
     sendWritten();
-    const auto found = placements_.find(window);
-    if (found == placements_.end() || !isBeingPlaced(window) || found->second.alreadyThere) {
-        mirror_.update();
-        return;
+    struct Waiting {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        Placement* placement = nullptr;
+        std::uint64_t seen = 0;
+        // It shows the frame and must keep it until the hold ends.
+        bool holding = false;
+        bool done = false;
+    };
+    std::vector<Waiting> waiting;
+    for (const xcb_window_t window : windows) {
+        const auto found = placements_.find(window);
+        if (found != placements_.end() && isBeingPlaced(window) && !found->second.alreadyThere) {
+            waiting.push_back({window, &found->second, found->second.configureEventsBefore});
+        }
     }
-    Placement& placement = found->second;
-    std::uint64_t seen = placement.configureEventsBefore;
-    // Once the window shows the frame, it must keep it until `holdUntil`.
-    bool holding = false;
-    Clock::time_point holdUntil;
-    while (true) {
-        const auto until = holding ? std::min(deadline, holdUntil) : deadline;
+    const auto answeredAll = [&] {
+        return std::all_of(waiting.begin(), waiting.end(),
+                           [](const Waiting& w) { return w.done || w.holding; });
+    };
+    // Once every window shows its frame, each must keep it for as long as the manager took to
+    // answer the last of them.
+    std::optional<Clock::time_point> lastAnswer;
+    const auto holdEnd = [&] {
+        const auto firstSent =
+            std::min_element(waiting.begin(), waiting.end(),
+                             [](const Waiting& a, const Waiting& b) {
+                                 return a.placement->sentAt < b.placement->sentAt;
+                             })
+                ->placement->sentAt;
+        return *lastAnswer + std::max<Clock::duration>(firstPlacementHold, *lastAnswer - firstSent);
+    };
+    while (!std::all_of(waiting.begin(), waiting.end(), [](const Waiting& w) { return w.done; })) {
+        const bool holdingAll = lastAnswer && answeredAll();
+        const auto until = holdingAll ? std::min(deadline, holdEnd()) : deadline;
         if (Clock::now() >= until) {
             break;
         }
@@ -324,37 +347,50 @@ void X11FrameWriter::settle(xcb_window_t window, std::chrono::milliseconds maxim
         if (!connection_.isUsable()) {
             return;
         }
-        const X11WindowRecord* record = mirror_.find(window);
-        if (!record || record->gone) {
-            break;
-        }
-        // Only what happened after the request can answer it.
-        if (record->configureEvents == seen ||
-            !X11Connection::isAtOrAfter(record->lastConfigureSequence, placement.sequence)) {
-            continue;
-        }
-        seen = record->configureEvents;
-        const Outcome now = outcome(window, placement);
-        if (now == Outcome::allowedByHints) {
-            return;
-        }
-        if (now == Outcome::target) {
-            if (placement.answer == Answer::keepsFrames) {
-                return;
+        bool answered = false;
+        for (Waiting& w : waiting) {
+            if (w.done) {
+                continue;
             }
-            if (!holding) {
-                const auto answered = Clock::now() - placement.sentAt;
-                holdUntil = Clock::now() + std::max<Clock::duration>(firstPlacementHold, answered);
-                holding = true;
+            const X11WindowRecord* record = mirror_.find(w.window);
+            if (!record || record->gone) {
+                w.done = true;
+                continue;
             }
-        } else if (holding) {
-            // It showed the frame and left it again with no request of ours in between.
-            placement.answer = Answer::undoesResizes;
-            holding = false;
+            // Only what happened after the request can answer it.
+            if (record->configureEvents == w.seen ||
+                !X11Connection::isAtOrAfter(record->lastConfigureSequence, w.placement->sequence)) {
+                continue;
+            }
+            w.seen = record->configureEvents;
+            const Outcome now = outcome(w.window, *w.placement);
+            if (now == Outcome::allowedByHints ||
+                (now == Outcome::target && w.placement->answer == Answer::keepsFrames)) {
+                w.done = true;
+                answered = true;
+            } else if (now == Outcome::target) {
+                if (!w.holding) {
+                    w.holding = true;
+                    lastAnswer = Clock::now();
+                    answered = true;
+                }
+            } else if (w.holding) {
+                // It showed the frame and left it again with no request of ours in between.
+                w.placement->answer = Answer::undoesResizes;
+                w.holding = false;
+            }
+        }
+        // A manager working through many windows is given the time again after each answer.
+        if (answered && !answeredAll()) {
+            deadline = std::max(deadline, Clock::now() + maximum);
         }
     }
-    if (holding && Clock::now() >= holdUntil && placement.answer == Answer::unknown) {
-        placement.answer = Answer::keepsFrames;
+    if (lastAnswer && answeredAll() && Clock::now() >= holdEnd()) {
+        for (const Waiting& w : waiting) {
+            if (w.holding && w.placement->answer == Answer::unknown) {
+                w.placement->answer = Answer::keepsFrames;
+            }
+        }
     }
     mirror_.update();
 }

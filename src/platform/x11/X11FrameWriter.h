@@ -48,8 +48,10 @@ public:
     // Sends the frames written since the last request of each window, all windows at once.
     void sendWritten();
     // Sends what was written and waits for the manager's answer to it: the frame asked for, or
-    // the one the window's size hints allow instead, never past `maximum`.
-    void settle(xcb_window_t window, std::chrono::milliseconds maximum);
+    // the one the window's size hints allow instead, never past `maximum`. With many windows
+    // the manager answers one after the other: `maximum` then counts from its latest answer
+    // while windows are still unanswered.
+    void settle(const std::vector<xcb_window_t>& windows, std::chrono::milliseconds maximum);
     // Written to in the current placement: its frame must be read from the server, unless
     // the settle has read it since the last request (what changed since comes as events).
     bool isBeingPlaced(xcb_window_t window) const;

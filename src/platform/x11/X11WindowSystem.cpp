@@ -69,6 +69,9 @@ X11WindowSystem::~X11WindowSystem() {
 }
 
 bool X11WindowSystem::refresh(Freshness freshness) const {
+    if (freshness == Freshness::asRead) {
+        return connection_.isAlive();
+    }
     const auto now = std::chrono::steady_clock::now();
     if (freshness == Freshness::recent && !mirror_->needsRead() &&
         now - lastRefresh_ < eventCheckInterval && connection_.isAlive()) {
@@ -89,9 +92,9 @@ std::vector<X11Monitor> X11WindowSystem::monitors() const {
     return monitors_;
 }
 
-X11PointSpace X11WindowSystem::pointSpace() const {
+X11PointSpace X11WindowSystem::pointSpace(Freshness freshness) const {
     // The scale follows RESOURCE_MANAGER through the mirror.
-    refresh();
+    refresh(freshness);
     const auto list = monitors();
     return X11PointSpace(list.empty() ? X11Rect{} : list.front().geometry, mirror_->root().dpi);
 }
@@ -440,27 +443,32 @@ void X11WindowSystem::raise(WindowElement window) {
 }
 
 std::int32_t X11WindowSystem::setPosition(WindowElement window, CGPoint position) {
-    if (!live(window, Freshness::latest)) {
+    if (!live(window, Freshness::asRead)) {
         return AXError::failure;
     }
-    const X11PointSpace space = pointSpace();
+    const X11PointSpace space = pointSpace(Freshness::asRead);
     return writer_->setPosition(static_cast<xcb_window_t>(window.value), space.rootX(position.x),
                                 space.rootY(position.y));
 }
 
 std::int32_t X11WindowSystem::setSize(WindowElement window, CGSize size) {
-    if (!live(window, Freshness::latest)) {
+    if (!live(window, Freshness::asRead)) {
         return AXError::failure;
     }
-    const X11PointSpace space = pointSpace();
+    const X11PointSpace space = pointSpace(Freshness::asRead);
     return writer_->setSize(static_cast<xcb_window_t>(window.value), space.pixels(size.width),
                             space.pixels(size.height));
 }
 
-void X11WindowSystem::settle(WindowElement window, std::chrono::milliseconds maximum) {
-    if (live(window, Freshness::latest)) {
-        writer_->settle(static_cast<xcb_window_t>(window.value), maximum);
+void X11WindowSystem::settle(const std::vector<WindowElement>& windows,
+                             std::chrono::milliseconds maximum) {
+    std::vector<xcb_window_t> ids;
+    for (const WindowElement window : windows) {
+        if (window.value != 0 && window.value <= 0xFFFFFFFFU) {
+            ids.push_back(static_cast<xcb_window_t>(window.value));
+        }
     }
+    writer_->settle(ids, maximum);
 }
 
 // --- The window server's view

@@ -62,7 +62,8 @@ public:
     void raise(WindowElement window) override;
     std::int32_t setPosition(WindowElement window, CGPoint position) override;
     std::int32_t setSize(WindowElement window, CGSize size) override;
-    void settle(WindowElement window, std::chrono::milliseconds maximum) override;
+    void settle(const std::vector<WindowElement>& windows,
+                std::chrono::milliseconds maximum) override;
     std::vector<OnScreenWindow> onScreenWindows() const override;
 
     // The monitors as last read, primary first (read when none were read yet).
@@ -75,7 +76,8 @@ private:
     };
 
     // Reads may use what the mirror saw a moment ago; placement looks at every event first.
-    enum class Freshness { recent, latest };
+    // Writes take the window as last read: the frame writer reads it afresh itself.
+    enum class Freshness { asRead, recent, latest };
 
     // Brings the mirror up to date; false without a usable connection.
     bool refresh(Freshness freshness = Freshness::recent) const;
@@ -86,7 +88,7 @@ private:
     const X11WindowRecord* live(WindowElement window, Freshness freshness = Freshness::recent,
                                 std::uint32_t parts = 0) const;
     // Points and root pixels: the primary monitor as last read and the desktop's scale.
-    X11PointSpace pointSpace() const;
+    X11PointSpace pointSpace(Freshness freshness = Freshness::recent) const;
     std::optional<X11Rect> outerFrame(WindowElement window) const;
     void checkActivation();
     std::optional<std::int32_t> activePid() const;

@@ -86,6 +86,7 @@ public:
     bool isReady() const { return ready_; }
     const std::string& failure() const { return failure_; }
     const std::string& display() const { return display_; }
+    pid_t serverPid() const { return server_.pid(); }
     xcb_connection_t* observer() const { return observer_; }
     xcb_window_t root() const;
 
