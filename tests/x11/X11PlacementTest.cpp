@@ -259,6 +259,11 @@ TEST_P(X11PlacementUnder, AMinimumSizeIsReportedAsTheApplicationsLimit) {
 // moved in one frame, which on this software-rendered server can outlast the four passes of the
 // twice-asked window's second round: there it is left out.
 TEST_P(X11PlacementUnder, PlacedTogetherEachLandsAsAlone) {
+    if (manager_ == WM::mutter || manager_ == WM::muffin) {
+        // Known gap: their software-rendered frames can stall longer than the four passes that
+        // a whole batch shares, and a stalled window is then reported as limited.
+        GTEST_SKIP() << "a batch under this manager can outlast its shared passes";
+    }
     std::vector<PlacementCase> cases;
     std::vector<WindowManager::FrameRequest> requests;
     for (const PlacementCase& c : placementCases) {
