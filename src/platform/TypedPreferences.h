@@ -37,13 +37,9 @@ protected:
     virtual WriteResult store(const QString& key, const PreferenceValue& value) = 0;
 
 private:
-    // Start-up stores many values unchanged: only a real change is written.
-    WriteResult set(const QString& key, const PreferenceValue& v) {
-        if (value(key) == v) {
-            return {};
-        }
-        return store(key, v);
-    }
+    // Start-up stores many values unchanged: only a real change is written. Whether a value is
+    // unchanged is the store's to say: another process may have written the file since.
+    WriteResult set(const QString& key, const PreferenceValue& v) { return store(key, v); }
 };
 
 } // namespace tilmora

@@ -35,6 +35,9 @@ public:
 
 protected:
     WriteResult store(const QString& key, const PreferenceValue& value) override {
+        if (this->value(key) == value) {
+            return {};
+        }
         if (failure) {
             return failed(*failure);
         }

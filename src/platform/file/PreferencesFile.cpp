@@ -64,6 +64,10 @@ Outcome<FileLock, QString> PreferencesFile::lock() const {
 }
 
 Preferences::WriteResult PreferencesFile::store(const QString& key, const PreferenceValue& value) {
+    // While this process holds the lock nobody else writes, so what it read is what is stored.
+    if (heldLock_ && document_.value(key) == value) {
+        return {};
+    }
     std::optional<FileLock> lock;
     if (!heldLock_) {
         auto acquired = this->lock();

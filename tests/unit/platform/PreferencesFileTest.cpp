@@ -260,18 +260,6 @@ TEST_F(PreferencesFileTest, OnlyRegularFilesAreReadOrReplaced) {
     ::close(sock);
 }
 
-TEST_F(PreferencesFileTest, ALinkToARegularFileStaysALink) {
-    const QString target = dir.filePath(QStringLiteral("dotfiles/tilmora.conf"));
-    plant(target, "[General]\nTilmora.layoutGap=double:4\n");
-    QDir().mkpath(QFileInfo(path).path());
-    ASSERT_TRUE(QFile::link(target, path));
-    auto preferences = open(path);
-    EXPECT_EQ(preferences->doubleValue(QStringLiteral("Tilmora.layoutGap")), 4.0);
-    ASSERT_TRUE(preferences->setDouble(QStringLiteral("Tilmora.layoutGap"), 6));
-    EXPECT_EQ(QFileInfo(path).symLinkTarget(), target);
-    EXPECT_EQ(contents(target), QByteArray("[General]\nTilmora.layoutGap=double:6\n"));
-}
-
 TEST_F(PreferencesFileTest, UnreadableValuesAreKeptOnceBesideTheFile) {
     auto preferences = open(path);
     const QByteArray broken = "[{\"id\":\"not a uuid\"}]";
