@@ -3,7 +3,7 @@
 #include "core/AppVersion.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/TextStyle.h"
-#include "ui/TilmoraBrand.h"
+#include "core/TilmoraBrand.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
