@@ -1,6 +1,8 @@
 #include "ui/SectionViews.h"
 
+#include "ui/AboutView.h"
 #include "ui/DetailScrollView.h"
+#include "ui/GuideView.h"
 #include "ui/NativeSectionHeader.h"
 #include "ui/PermissionBanner.h"
 #include "ui/SectionInfo.h"
@@ -40,8 +42,16 @@ QWidget* make(TilmoraSection section, AppStore& store, QWidget* parent) {
     if (shown.showsPermissionBanner) {
         view->addContent(new PermissionBanner(store));
     }
+    if (section == TilmoraSection::about) {
+        // The about page's header carries the version between the name and the description.
+        view->addContent(new AboutView(store));
+        return view;
+    }
     view->addContent(
         new NativeSectionHeader(QString::fromUtf8(shown.title), QString::fromUtf8(shown.subtitle)));
+    if (section == TilmoraSection::guide) {
+        view->addContent(new GuideView(store));
+    }
     return view;
 }
 
