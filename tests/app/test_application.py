@@ -8,9 +8,12 @@ menu, through its command line. Screenshots are kept in the artifacts directory.
 """
 
 import argparse
+import http.server
+import json
 import os
 import subprocess
 import sys
+import threading
 import unittest
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -27,12 +30,31 @@ QUICK_LAYOUTS = ["Left Half", "Right Half", "Top Half", "Bottom Half", "Maximize
                  "Center Third", "Right Third", "Two Thirds Left", "Two Thirds Right"]
 
 
+class UpdateEndpoint(http.server.BaseHTTPRequestHandler):
+    """Answers every GET with a manifest of a newer version."""
+
+    def do_GET(self):
+        body = json.dumps({"version": "99.0",
+                           "downloadURL": "https://example.org/tilmora"}).encode()
+        self.send_response(200)
+        self.send_header("Content-Type", "application/json")
+        self.send_header("Content-Length", str(len(body)))
+        self.end_headers()
+        self.wfile.write(body)
+
+    def log_message(self, *arguments):
+        pass
+
+
 class Application(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.session = DesktopSession().__enter__()
         try:
-            env = cls.session.env
+            cls.updates = http.server.ThreadingHTTPServer(("127.0.0.1", 0), UpdateEndpoint)
+            threading.Thread(target=cls.updates.serve_forever, daemon=True).start()
+            env = dict(cls.session.env, TILMORA_UPDATE_URL="http://127.0.0.1:%d/api/update"
+                       % cls.updates.server_address[1])
             # The panel side of the tray: a StatusNotifierWatcher with a host, before Tilmora.
             watcher = cls.session.spawn(["/usr/bin/python3", os.path.join(HERE,
                                                                           "status_notifier.py")],
@@ -50,6 +72,7 @@ class Application(unittest.TestCase):
     @classmethod
     def tearDownClass(cls):
         cls.session.__exit__(None, None, None)
+        cls.updates.shutdown()
         cls.log.close()
 
     @classmethod
@@ -77,6 +100,26 @@ class Application(unittest.TestCase):
                 self.screenshot("main-window-settings")
         atspi.act(atspi.find(app, "push button", "Refresh"))
         self.screenshot("main-window-arrange")
+
+    def test_guide_and_the_update_check_on_the_about_page(self):
+        import atspi_client as atspi
+
+        app = atspi.application("Tilmora")
+        try:
+            atspi.act(atspi.find(app, "list item", "Guide"))
+            wait_for("the Guide", lambda: atspi.frame_title(app) == "Guide")
+            atspi.find(app, "label", "Hold \u2318 and drag")
+            self.screenshot("main-window-guide")
+            atspi.act(atspi.find(app, "list item", "About"))
+            wait_for("the About page", lambda: atspi.frame_title(app) == "About")
+            atspi.act(atspi.find(app, "push button", "Check for Updates"))
+            version = self.tilmora("--version").stdout.split()[-1]
+            said = f"Version 99.0 is available. You are using {version}."
+            wait_for("the update check", lambda: atspi.showing(app, "label", said))
+            atspi.find(app, "push button", "Open")
+            self.screenshot("main-window-about")
+        finally:
+            atspi.act(atspi.find(app, "list item", "Arrange"))
 
     # --- the tray menu, read through the StatusNotifierItem protocol
 
