@@ -67,6 +67,11 @@ TEST_F(GuideAndAboutTest, AboutOffersOpenOnlyWithALinkAndOneCheckAtATime) {
     ASSERT_TRUE(check && open);
     EXPECT_TRUE(texts(about).contains(QStringLiteral("Ready to check for updates.")));
     EXPECT_FALSE(open->isVisible());
+    // This build names no endpoint.
+    check->click();
+    EXPECT_TRUE(texts(about).contains(
+        QStringLiteral("Update checking is not configured in this build.")));
+    EXPECT_TRUE(check->isEnabled());
 
     store.setCheckingForUpdates(true);
     EXPECT_FALSE(check->isEnabled());
