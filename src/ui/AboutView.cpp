@@ -22,10 +22,7 @@ constexpr int panelPadding = 14;
 
 QLabel* line(const QString& text, TextStyle::Style style, bool secondary = false,
              QFont::Weight weight = QFont::Normal) {
-    auto* label = new QLabel(text);
-    TextStyle::apply(label, style, weight, secondary);
-    label->setWordWrap(true);
-    label->setTextFormat(Qt::PlainText);
+    auto* label = TextStyle::wrappingLabel(text, style, secondary, weight);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return label;
 }

@@ -19,16 +19,10 @@ namespace {
 constexpr int panelPadding = 14;
 constexpr int symbolSide = 20;
 
+// A title, or the detail below it.
 QLabel* wrapped(const QString& text, bool isTitle) {
-    auto* label = new QLabel(text);
-    if (isTitle) {
-        TextStyle::apply(label, TextStyle::Style::headline);
-    } else {
-        TextStyle::apply(label, TextStyle::Style::callout, QFont::Normal, true);
-    }
-    label->setWordWrap(true);
-    label->setTextFormat(Qt::PlainText);
-    return label;
+    return isTitle ? TextStyle::wrappingLabel(text, TextStyle::Style::headline)
+                   : TextStyle::wrappingLabel(text, TextStyle::Style::callout, true);
 }
 
 QPixmap symbolPixmap(const QString& name) {
@@ -200,10 +194,7 @@ GuideView::GuideView(AppStore& store, QWidget* parent)
           "desktop gets messy.",
           "If a hotkey does nothing, another app may own it. Tilmora will show a status message "
           "when a global shortcut cannot be registered."}) {
-        auto* line = new QLabel(text(hint));
-        line->setWordWrap(true);
-        line->setTextFormat(Qt::PlainText);
-        TextStyle::apply(line, TextStyle::Style::body);
+        auto* line = TextStyle::wrappingLabel(text(hint), TextStyle::Style::body);
         hints->addWidget(item(symbol(text("lightbulb")), line, nullptr));
     }
     page->addWidget(

@@ -80,7 +80,8 @@ void drawWindows(QPainter& p) {
     p.setBrush(Qt::NoBrush);
 }
 
-void drawTray(QPainter& p) {
+// An in-tray's lower half, open at the top.
+QPainterPath trayPath() {
     QPainterPath tray;
     tray.moveTo(1.5, 9);
     tray.lineTo(5, 9);
@@ -91,7 +92,11 @@ void drawTray(QPainter& p) {
     tray.lineTo(14.5, 14);
     tray.lineTo(1.5, 14);
     tray.closeSubpath();
-    p.drawPath(tray);
+    return tray;
+}
+
+void drawTray(QPainter& p) {
+    p.drawPath(trayPath());
     p.drawLine(QPointF(4, 3), QPointF(12, 3));
     p.drawLine(QPointF(4, 6), QPointF(12, 6));
 }
@@ -215,6 +220,33 @@ void drawOpenOut(QPainter& p) {
     p.drawPolyline(QPolygonF({{9.5, 2.5}, {13.5, 2.5}, {13.5, 6.5}}));
 }
 
+void drawWindowPlus(QPainter& p) {
+    p.drawRoundedRect(QRectF(1.5, 3, 10.5, 9), 1.5, 1.5);
+    p.drawLine(QPointF(1.5, 5.6), QPointF(12, 5.6));
+    p.drawLine(QPointF(13, 9.5), QPointF(13, 15));
+    p.drawLine(QPointF(10.3, 12.3), QPointF(15.7, 12.3));
+}
+
+void drawTrash(QPainter& p) {
+    p.drawLine(QPointF(2.5, 4), QPointF(13.5, 4));
+    p.drawPolyline(QPolygonF({{6, 4}, {6, 2}, {10, 2}, {10, 4}}));
+    p.drawPolyline(QPolygonF({{4, 4}, {4.8, 14.5}, {11.2, 14.5}, {12, 4}}));
+    p.drawLine(QPointF(7, 6.5), QPointF(7, 12));
+    p.drawLine(QPointF(9, 6.5), QPointF(9, 12));
+}
+
+void drawEmptyTray(QPainter& p) {
+    p.drawPolyline(QPolygonF({{1.5, 9}, {4, 3}, {12, 3}, {14.5, 9}}));
+    p.drawPath(trayPath());
+}
+
+void drawFolderPlus(QPainter& p) {
+    p.drawPolyline(
+        QPolygonF({{8, 13.5}, {1.5, 13.5}, {1.5, 3}, {6, 3}, {7.5, 5}, {14.5, 5}, {14.5, 8}}));
+    p.drawLine(QPointF(12, 9.5), QPointF(12, 15));
+    p.drawLine(QPointF(9.3, 12.3), QPointF(14.7, 12.3));
+}
+
 // Every glyph is drawn on a 16 x 16 grid with a 1.4-unit pen in the palette's text colour.
 struct Entry {
     const char* symbolName;
@@ -238,6 +270,10 @@ constexpr Entry entries[] = {
     {"rectangle.dashed", "", drawDashed},
     {"power", "application-exit", drawPower},
     {"arrow.uturn.backward", "document-revert", drawRestore},
+    {"macwindow.badge.plus", "", drawWindowPlus},
+    {"trash", "edit-delete", drawTrash},
+    {"tray", "", drawEmptyTray},
+    {"plus.rectangle.on.folder", "document-save", drawFolderPlus},
     {"square.grid.3x3", "", drawGrid},
     {"display.2", "", drawTwoDisplays},
     {"keyboard", "input-keyboard", drawKeyboard},
