@@ -7,6 +7,8 @@
 
 namespace tilmora {
 
+// Items count when they show with the row: one the caller hid is left out, one merely not shown
+// yet (the row itself is not on screen) is not.
 AdaptiveRow::AdaptiveRow(QWidget* parent, int spacing)
     : QWidget(parent)
     , layout_(new QBoxLayout(QBoxLayout::LeftToRight, this))
@@ -25,24 +27,26 @@ void AdaptiveRow::addItem(QWidget* item, bool stretches) {
 int AdaptiveRow::rowWidth() const {
     int width = 0;
     for (const QWidget* item : items_) {
-        if (!item->isHidden()) {
+        if (item->isVisibleTo(this)) {
             width += item->sizeHint().width() + spacing_;
         }
     }
     return std::max(width - spacing_, 0);
 }
 
-int AdaptiveRow::heightForWidth(int width) const {
+int AdaptiveRow::heightAt(int width) const {
     int height = 0;
     int tallest = 0;
     for (const QWidget* item : items_) {
-        if (item->isHidden()) {
+        if (!item->isVisibleTo(this)) {
             continue;
         }
+        const int least = item->minimumSizeHint().height();
         const int itemHeight =
-            item->hasHeightForWidth() ? item->heightForWidth(width) : item->sizeHint().height();
+            std::max(least, item->hasHeightForWidth() ? item->heightForWidth(width)
+                                                      : item->sizeHint().height());
         height += itemHeight + spacing_;
-        tallest = std::max(tallest, item->sizeHint().height());
+        tallest = std::max({tallest, least, item->sizeHint().height()});
     }
     return width >= rowWidth() ? tallest : std::max(height - spacing_, 0);
 }
@@ -50,12 +54,20 @@ int AdaptiveRow::heightForWidth(int width) const {
 QSize AdaptiveRow::minimumSizeHint() const {
     // Stacked, it is as narrow as its widest item.
     int width = 0;
+    int height = 0;
     for (const QWidget* item : items_) {
-        if (!item->isHidden()) {
+        if (item->isVisibleTo(this)) {
             width = std::max(width, item->minimumSizeHint().width());
+            height = std::max(height, item->minimumSizeHint().height());
         }
     }
-    return {width, heightForWidth(width)};
+    // Whatever the width, the height asked for is the one the current width needs: layouts
+    // do not pass a width down through every level reliably, so the row keeps it up to date.
+    return {width, std::max(height, minimumHeight())};
+}
+
+QSize AdaptiveRow::sizeHint() const {
+    return {rowWidth(), heightAt(width() > 0 ? width() : rowWidth())};
 }
 
 void AdaptiveRow::resizeEvent(QResizeEvent* event) {
@@ -64,6 +76,10 @@ void AdaptiveRow::resizeEvent(QResizeEvent* event) {
         event->size().width() >= rowWidth() ? Qt::Horizontal : Qt::Vertical;
     if (wanted != orientation_) {
         layOut(wanted);
+    }
+    const int needed = heightAt(event->size().width());
+    if (needed != minimumHeight()) {
+        setMinimumHeight(needed);
         updateGeometry();
     }
 }
@@ -78,7 +94,7 @@ void AdaptiveRow::layOut(Qt::Orientation orientation) {
     for (qsizetype i = 0; i < items_.size(); ++i) {
         const bool stretches = stretches_[i] && orientation == Qt::Horizontal;
         layout_->addWidget(items_[i], stretches ? 1 : 0,
-                           orientation == Qt::Horizontal ? Qt::AlignVCenter : Qt::AlignLeft);
+                           orientation == Qt::Horizontal ? Qt::Alignment() : Qt::AlignLeft);
     }
 }
 

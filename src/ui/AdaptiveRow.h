@@ -18,8 +18,9 @@ public:
     Qt::Orientation orientation() const { return orientation_; }
     // The narrowest width at which the items fit side by side.
     int rowWidth() const;
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override;
+    // The height the items need at that width, side by side or stacked.
+    int heightAt(int width) const;
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 protected:

@@ -7,6 +7,7 @@
 #include "ui/PermissionBanner.h"
 #include "ui/SavedLayoutsView.h"
 #include "ui/SectionInfo.h"
+#include "ui/SettingsView.h"
 #include "ui/WindowsView.h"
 
 namespace tilmora::SectionViews {
@@ -62,6 +63,8 @@ QWidget* make(TilmoraSection section, AppStore& store, QWidget* parent) {
         new NativeSectionHeader(QString::fromUtf8(shown.title), QString::fromUtf8(shown.subtitle)));
     if (section == TilmoraSection::guide) {
         view->addContent(new GuideView(store));
+    } else if (section == TilmoraSection::settings) {
+        view->addContent(new SettingsView(store));
     }
     return view;
 }

@@ -247,6 +247,31 @@ void drawFolderPlus(QPainter& p) {
     p.drawLine(QPointF(9.3, 12.3), QPointF(14.7, 12.3));
 }
 
+void drawInsetFilled(QPainter& p) {
+    p.drawRoundedRect(QRectF(1.5, 2.5, 13, 11), 1.5, 1.5);
+    p.fillRect(QRectF(4, 5, 8, 6), p.pen().color());
+}
+
+void drawCounterclockwise(QPainter& p) {
+    p.drawPath(arcWithArrow({8, 8}, 5.5, 60, 300));
+}
+
+void drawPointerMotion(QPainter& p) {
+    QPainterPath arrow;
+    arrow.moveTo(7, 2);
+    arrow.lineTo(7, 13);
+    arrow.lineTo(9.6, 10.4);
+    arrow.lineTo(11.6, 14.5);
+    arrow.lineTo(13, 13.8);
+    arrow.lineTo(11, 9.8);
+    arrow.lineTo(14.5, 9.5);
+    arrow.closeSubpath();
+    p.drawPath(arrow);
+    p.drawLine(QPointF(1.5, 5), QPointF(4.5, 5));
+    p.drawLine(QPointF(1, 8), QPointF(4.5, 8));
+    p.drawLine(QPointF(1.5, 11), QPointF(4.5, 11));
+}
+
 // Every glyph is drawn on a 16 x 16 grid with a 1.4-unit pen in the palette's text colour.
 struct Entry {
     const char* symbolName;
@@ -271,6 +296,9 @@ constexpr Entry entries[] = {
     {"power", "application-exit", drawPower},
     {"arrow.uturn.backward", "document-revert", drawRestore},
     {"macwindow.badge.plus", "", drawWindowPlus},
+    {"rectangle.inset.filled", "", drawInsetFilled},
+    {"arrow.counterclockwise", "edit-undo", drawCounterclockwise},
+    {"cursorarrow.motionlines", "", drawPointerMotion},
     {"trash", "edit-delete", drawTrash},
     {"tray", "", drawEmptyTray},
     {"plus.rectangle.on.folder", "document-save", drawFolderPlus},

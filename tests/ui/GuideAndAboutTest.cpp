@@ -69,8 +69,8 @@ TEST_F(GuideAndAboutTest, AboutOffersOpenOnlyWithALinkAndOneCheckAtATime) {
     EXPECT_FALSE(open->isVisible());
     // This build names no endpoint.
     check->click();
-    EXPECT_TRUE(texts(about).contains(
-        QStringLiteral("Update checking is not configured in this build.")));
+    EXPECT_TRUE(
+        texts(about).contains(QStringLiteral("Update checking is not configured in this build.")));
     EXPECT_TRUE(check->isEnabled());
 
     store.setCheckingForUpdates(true);

@@ -26,6 +26,11 @@ struct Scene {
     std::function<std::unique_ptr<QWidget>(AppStore&)> show;
 };
 
+// Failure messages and test names say which scene.
+void PrintTo(const Scene& scene, std::ostream* out) {
+    *out << scene.name;
+}
+
 class ScreenshotTest : public UiTest, public ::testing::TestWithParam<Scene> {
 protected:
     ScreenshotTest() {
@@ -85,7 +90,11 @@ INSTANTIATE_TEST_SUITE_P(Scenes, ScreenshotTest, ::testing::Values(
     Scene{"MainWindowArrange", mainWindowOn(TilmoraSection::arrange)},
     Scene{"MainWindowWindows", mainWindowOn(TilmoraSection::windows)},
     Scene{"MainWindowSaved", mainWindowOn(TilmoraSection::savedLayouts)},
-    Scene{"MainWindowSettings", mainWindowOn(TilmoraSection::settings)},
+    Scene{"MainWindowSettings", [](AppStore& store) {
+        auto window = mainWindowOn(TilmoraSection::settings)(store);
+        window->resize(1120, 1300);
+        return window;
+    }},
     // The whole page in view: a long page is fine, a clipped text is not.
     Scene{"MainWindowGuide", [](AppStore& store) {
         auto window = mainWindowOn(TilmoraSection::guide)(store);
@@ -108,6 +117,7 @@ INSTANTIATE_TEST_SUITE_P(Scenes, ScreenshotTest, ::testing::Values(
     }},
     Scene{"SettingsWindow", [](AppStore& store) -> std::unique_ptr<QWidget> {
         auto window = std::make_unique<SettingsWindow>(store);
+        window->resize(SettingsWindow::minimumSize.width(), 1500);
         window->show();
         return window;
     }},
