@@ -24,32 +24,19 @@ std::uint64_t eventFlags(Qt::KeyboardModifiers held) {
     return flags;
 }
 
-// A modifier key's own press or release reports the state before it: the state after it is
-// what the recorder needs.
-Qt::KeyboardModifiers heldAfter(const QKeyEvent& event) {
-    Qt::KeyboardModifiers held = event.modifiers();
-    const auto modifierOf = [](int key) -> Qt::KeyboardModifier {
-        switch (key) {
-        case Qt::Key_Control:
-            return Qt::ControlModifier;
-        case Qt::Key_Alt:
-        case Qt::Key_AltGr:
-            return Qt::AltModifier;
-        case Qt::Key_Shift:
-            return Qt::ShiftModifier;
-        case Qt::Key_Meta:
-        case Qt::Key_Super_L:
-        case Qt::Key_Super_R:
-            return Qt::MetaModifier;
-        default:
-            return Qt::NoModifier;
-        }
-    };
-    const Qt::KeyboardModifier changed = modifierOf(event.key());
-    if (changed != Qt::NoModifier) {
-        held.setFlag(changed, event.type() == QEvent::KeyPress);
+bool isModifier(int key) {
+    switch (key) {
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Shift:
+    case Qt::Key_Meta:
+    case Qt::Key_Super_L:
+    case Qt::Key_Super_R:
+        return true;
+    default:
+        return false;
     }
-    return held;
 }
 
 } // namespace
@@ -104,7 +91,7 @@ std::optional<KeyEvent> RecorderButton::keyEvent(const QKeyEvent& event) {
 }
 
 bool RecorderButton::isModifierKey(const QKeyEvent& event) {
-    return heldAfter(event) != event.modifiers();
+    return isModifier(event.key());
 }
 
 void RecorderButton::beep() {
@@ -180,13 +167,14 @@ void PlacementDragModifierRecorderButton::modifiersChanged(Qt::KeyboardModifiers
     }
 }
 
+// For a modifier key's own press or release Qt reports the modifiers held after it.
 void PlacementDragModifierRecorderButton::keyPressEvent(QKeyEvent* event) {
     if (!recorder_.isRecording()) {
         RecorderButton::keyPressEvent(event);
         return;
     }
     if (isModifierKey(*event)) {
-        modifiersChanged(heldAfter(*event));
+        modifiersChanged(event->modifiers());
         return;
     }
     const auto key = keyEvent(*event);
@@ -198,7 +186,7 @@ void PlacementDragModifierRecorderButton::keyPressEvent(QKeyEvent* event) {
 
 void PlacementDragModifierRecorderButton::keyReleaseEvent(QKeyEvent* event) {
     if (recorder_.isRecording() && isModifierKey(*event)) {
-        modifiersChanged(heldAfter(*event));
+        modifiersChanged(event->modifiers());
         return;
     }
     RecorderButton::keyReleaseEvent(event);
