@@ -3,12 +3,15 @@
 // refuse.
 #include "ui/SettingsView.h"
 #include "UiTest.h"
+#include "ui/SavedLayoutsView.h"
 #include "ui/ShortcutRecorderButtons.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QSlider>
 
 using namespace tilmora;
@@ -87,6 +90,30 @@ TEST_F(SettingsViewTest, GapAndModifierBoxesGoThroughTheStore) {
     alt->click();
     EXPECT_TRUE(alt->isChecked());
     EXPECT_EQ(store.statusMessage(), QStringLiteral("Choose at least one quick hotkey modifier."));
+}
+
+TEST_F(SettingsViewTest, SavingClearsTheNameAndABlankNameGetsTheDefault) {
+    SavedLayoutsView saved(store);
+    auto* name = saved.findChild<QLineEdit*>();
+    QPushButton* save = nullptr;
+    for (QPushButton* button : saved.findChildren<QPushButton*>()) {
+        save = button->text() == QStringLiteral("Save Current") ? button : save;
+    }
+    ASSERT_TRUE(name && save);
+    name->setText(QStringLiteral("Desk"));
+    save->click();
+    EXPECT_TRUE(name->text().isEmpty());
+    save->click();
+    ASSERT_EQ(store.savedLayouts().size(), 2u);
+    EXPECT_EQ(store.savedLayouts()[1].name, QStringLiteral("Desk"));
+    EXPECT_TRUE(store.savedLayouts()[0].name.startsWith(QStringLiteral("Layout ")));
+    QStringList rows;
+    for (const QLabel* label : saved.findChildren<QLabel*>()) {
+        if (label->isVisibleTo(&saved)) {
+            rows << label->text();
+        }
+    }
+    EXPECT_EQ(rows.count(QStringLiteral("1 window saved")), 2);
 }
 
 } // namespace
