@@ -148,6 +148,57 @@ class Application(unittest.TestCase):
         finally:
             atspi.act(atspi.find(app, "list item", "Arrange"))
 
+    def test_a_clicked_row_is_the_target_and_saved_layouts_restore_frames(self):
+        import pyatspi
+        import atspi_client as atspi
+
+        self.session.start_terminal("Build log", "80x24+300+300")
+        app = atspi.application("Tilmora")
+        try:
+            atspi.act(atspi.find(app, "list item", "Windows"))
+            wait_for("the Windows section", lambda: atspi.frame_title(app) == "Windows")
+            atspi.act(atspi.find(app, "push button", "Refresh"))
+            # The build log is the window in use; a real click on the Notes row picks Notes.
+            self.session.run(["xdotool", "search", "--name", "^Build log$", "windowactivate",
+                              "--sync"])
+            build_log = self.outer_frame("Build log")
+            row = wait_for("the Notes row", lambda: next(
+                (node for node in atspi.nodes(app) if node.name == "Notes"
+                 and node.getRoleName() != "label"
+                 and node.getState().contains(pyatspi.STATE_SHOWING)), None))
+            x, y, width, height = row.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+            self.session.run(["xdotool", "mousemove", "--sync", str(x + width // 2),
+                              str(y + height // 2), "click", "1"])
+            atspi.act(atspi.find(app, "push button", "Right"))
+            wait_for("Notes on the right half",
+                     lambda: self.outer_frame("Notes") == "720, 0  720 x 900")
+            self.assertEqual(self.outer_frame("Build log"), build_log)
+            self.screenshot("main-window-windows")
+
+            # Saved, moved away, restored, deleted: all from the Saved section.
+            atspi.act(atspi.find(app, "list item", "Saved"))
+            wait_for("the Saved section", lambda: atspi.frame_title(app) == "Saved")
+            field = atspi.find(app, "text", "Layout name")
+            field.queryEditableText().setTextContents("Right notes")
+            atspi.act(atspi.find(app, "push button", "Save Current"))
+            atspi.find(app, "label", "Right notes")
+            self.tilmora("--window", self.window_id("Notes"), "apply", "leftHalf")
+            wait_for("Notes moved away", lambda: self.outer_frame("Notes") == "0, 0  720 x 900")
+            atspi.act(atspi.find(app, "push button", "Restore"))
+            wait_for("Notes restored", lambda: self.outer_frame("Notes") == "720, 0  720 x 900")
+            self.screenshot("main-window-saved")
+            atspi.act(atspi.find(app, "push button", "Delete"))
+            wait_for("the layout gone", lambda: not self.tilmora("layouts").stdout.strip())
+        finally:
+            atspi.act(atspi.find(app, "list item", "Arrange"))
+
+    def window_id(self, title):
+        for line in self.tilmora("windows").stdout.splitlines():
+            fields = line.split("\t")
+            if len(fields) >= 4 and fields[3] == title:
+                return fields[0]
+        return None
+
     # --- the tray menu, read through the StatusNotifierItem protocol
 
     def test_tray_menu_entries_and_a_layout_entry_placing_a_window(self):

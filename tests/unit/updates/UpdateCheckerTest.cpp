@@ -199,6 +199,16 @@ TEST_F(UpdateCheckTest, TheStoreReportsEachAnswerInOneLine) {
          {ScriptedServer::http(200, "{\"version\":\"" + AppVersion::current().toUtf8() + "\"}")},
          QStringLiteral("Tilmora is up to date. You are using %1.").arg(AppVersion::current()),
          std::nullopt},
+        {"Older",
+         {ScriptedServer::http(200, R"({"version":"0.0.1","downloadURL":"https://example.org/get",)"
+                                    R"("releaseNotesURL":"https://example.org/notes"})")},
+         QStringLiteral("Tilmora is up to date. You are using %1.").arg(AppVersion::current()),
+         QUrl(QStringLiteral("https://example.org/notes"))},
+        {"ReleaseNotesOnly",
+         {ScriptedServer::http(
+             200, R"({"version":"99","releaseNotesURL":"https://example.org/notes"})")},
+         QStringLiteral("Version 99 is available. You are using %1.").arg(AppVersion::current()),
+         QUrl(QStringLiteral("https://example.org/notes"))},
         {"NotModified",
          {ScriptedServer::http(304, "")},
          fail + QStringLiteral("the update server answered with HTTP status 304."),
