@@ -1,0 +1,186 @@
+#include "ui/OverlayWindow.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+
+#include <xcb/xcb.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+namespace tilmora {
+
+namespace {
+
+constexpr int grabAttempts = 25;
+constexpr int grabRetryMilliseconds = 20;
+
+// Qt gives a screen's origin in the server's pixels and its size in its own.
+QRect nativeGeometry(const QScreen* screen) {
+    const QRect logical = screen->geometry();
+    const double ratio = screen->devicePixelRatio();
+    return {logical.topLeft(), QSize(int(std::lround(logical.width() * ratio)),
+                                     int(std::lround(logical.height() * ratio)))};
+}
+
+// The monitor the display describes: its frame is in points from the primary monitor's
+// top-left corner, so scaled back and moved by that corner it is the monitor's native rectangle.
+QScreen* screenOf(const DisplayGeometry& display) {
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    QScreen* primary = QGuiApplication::primaryScreen();
+    if (!primary) {
+        return nullptr;
+    }
+    const QPoint origin = nativeGeometry(primary).topLeft();
+    const double scale = display.scaleFactor > 0 ? display.scaleFactor : 1.0;
+    const QRect wanted(int(std::lround(display.frame.origin.x * scale)) + origin.x(),
+                       int(std::lround(display.frame.origin.y * scale)) + origin.y(),
+                       int(std::lround(display.frame.size.width * scale)),
+                       int(std::lround(display.frame.size.height * scale)));
+    QScreen* best = primary;
+    qint64 bestArea = -1;
+    for (QScreen* screen : screens) {
+        const QRect shared = nativeGeometry(screen).intersected(wanted);
+        const qint64 area = shared.isEmpty() ? 0 : qint64(shared.width()) * shared.height();
+        if (nativeGeometry(screen) == wanted) {
+            return screen;
+        }
+        if (area > bestArea) {
+            best = screen;
+            bestArea = area;
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+OverlayWindow::OverlayWindow(const DisplayGeometry& display, Input input)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::X11BypassWindowManagerHint)
+    , display_(display)
+    , screen_(screenOf(display))
+    , composited_(compositorRunning()) {
+    if (input == Input::passedThrough) {
+        // Before the platform window exists, so that it is made with an empty input shape.
+        setWindowFlag(Qt::WindowTransparentForInput);
+        setWindowFlag(Qt::WindowDoesNotAcceptFocus);
+        setAttribute(Qt::WA_ShowWithoutActivating);
+    }
+    if (composited_) {
+        setAttribute(Qt::WA_TranslucentBackground);
+    } else {
+        setAttribute(Qt::WA_OpaquePaintEvent);
+    }
+    setAttribute(Qt::WA_NoSystemBackground);
+    if (screen_) {
+        setScreen(screen_);
+        setGeometry(screen_->geometry());
+    }
+}
+
+QRect OverlayWindow::nativeFrame() const {
+    return screen_ ? nativeGeometry(screen_) : QRect(QPoint(), size());
+}
+
+QPointF OverlayWindow::nativePoint(QPointF local) const {
+    return QPointF(nativeFrame().topLeft()) + local * devicePixelRatioF();
+}
+
+QPointF OverlayWindow::localPoint(QPointF native) const {
+    return (native - QPointF(nativeFrame().topLeft())) / devicePixelRatioF();
+}
+
+void OverlayWindow::captureScreen() {
+    if (screen_) {
+        capture_ = screen_->grabWindow(0);
+    }
+}
+
+void OverlayWindow::clearToTransparent(QPainter& painter) const {
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(rect(), Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+}
+
+void OverlayWindow::present() {
+    show();
+    raise();
+}
+
+void OverlayWindow::dismiss() {
+    refused_ = nullptr;
+    hide();
+}
+
+void OverlayWindow::takeInput(std::function<void(const QString&)> refused) {
+    refused_ = std::move(refused);
+    grabAttempts_ = 0;
+    // An override-redirect window gets the X input focus directly; with it Qt sends the keys
+    // here, whichever Tilmora window had them before.
+    activateWindow();
+    tryGrab();
+}
+
+void OverlayWindow::tryGrab() {
+    QWindow* window = windowHandle();
+    if (!refused_ || !window || !isVisible()) {
+        return;
+    }
+    const bool pointer = window->setMouseGrabEnabled(true);
+    const bool keyboard = pointer && window->setKeyboardGrabEnabled(true);
+    if (pointer && keyboard) {
+        return;
+    }
+    if (pointer) {
+        window->setMouseGrabEnabled(false);
+    }
+    if (++grabAttempts_ < grabAttempts) {
+        QTimer::singleShot(grabRetryMilliseconds, this, &OverlayWindow::tryGrab);
+        return;
+    }
+    const auto refused = std::exchange(refused_, nullptr);
+    refused(pointer ? QStringLiteral("The Placement Canvas closed: another application holds "
+                                     "the keyboard.")
+                    : QStringLiteral("The Placement Canvas closed: another application holds "
+                                     "the pointer."));
+}
+
+bool OverlayWindow::compositorRunning() {
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!x11 || !x11->connection()) {
+        // Other platforms compose every window.
+        return true;
+    }
+    xcb_connection_t* connection = x11->connection();
+    int screen = 0;
+    if (const char* display = std::getenv("DISPLAY")) {
+        char* host = nullptr;
+        int number = 0;
+        if (xcb_parse_display(display, &host, &number, &screen) == 0) {
+            screen = 0;
+        }
+        std::free(host);
+    }
+    const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(screen);
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
+        xcb_intern_atom_reply(connection,
+                              xcb_intern_atom(connection, 0, uint16_t(name.size()), name.data()),
+                              nullptr),
+        &std::free);
+    if (!atom) {
+        return false;
+    }
+    const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> owner(
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom),
+                                      nullptr),
+        &std::free);
+    return owner && owner->owner != XCB_NONE;
+}
+
+} // namespace tilmora

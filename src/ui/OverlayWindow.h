@@ -1,0 +1,55 @@
+// A window that covers one monitor's whole frame above everything else, the window manager's
+// panels and full-screen windows included: override-redirect, so no window manager decorates,
+// moves, focuses or lists it. Translucent where a compositor runs; without one the subclass
+// decides what is seen (a capture beneath a tint, or a window shaped to what it draws).
+#pragma once
+
+#include "geometry/DisplayGeometry.h"
+#include "placement/PlacementOverlayFactory.h"
+
+#include <QPixmap>
+#include <QWidget>
+
+namespace tilmora {
+
+class OverlayWindow : public QWidget, public PlacementOverlay {
+public:
+    enum class Input { taken, passedThrough };
+
+    OverlayWindow(const DisplayGeometry& display, Input input);
+
+    const DisplayGeometry& display() const { return display_; }
+    bool composited() const { return composited_; }
+    // The monitor's rectangle in the server's pixels, where events of every overlay meet.
+    QRect nativeFrame() const;
+    QPointF nativePoint(QPointF local) const;
+    QPointF localPoint(QPointF native) const;
+
+    void present() override;
+    // Tries the pointer and keyboard grab for about half a second, as another client (a menu
+    // closing, a screenshot tool) may hold them for a moment.
+    void takeInput(std::function<void(const QString&)> refused) override;
+    void dismiss() override;
+
+    // Whether a compositing manager owns this X screen's _NET_WM_CM_S selection.
+    static bool compositorRunning();
+
+protected:
+    // What the monitor showed before the window was mapped; null unless asked for.
+    const QPixmap& capture() const { return capture_; }
+    void captureScreen();
+    // A translucent window keeps what it drew last: each paint starts from nothing.
+    void clearToTransparent(QPainter& painter) const;
+
+private:
+    void tryGrab();
+
+    DisplayGeometry display_;
+    QScreen* screen_ = nullptr;
+    bool composited_ = false;
+    QPixmap capture_;
+    int grabAttempts_ = 0;
+    std::function<void(const QString&)> refused_;
+};
+
+} // namespace tilmora
