@@ -116,11 +116,26 @@ void OverlayWindow::present() {
 void OverlayWindow::dismiss() {
     refused_ = nullptr;
     hide();
+    if (xcb_connection_t* x11 = connection(); x11 && previousFocus_ != 0) {
+        // Checked and discarded: the window may be gone by now, which is not worth an error.
+        const xcb_void_cookie_t cookie = xcb_set_input_focus_checked(
+            x11, XCB_INPUT_FOCUS_POINTER_ROOT, previousFocus_, XCB_CURRENT_TIME);
+        xcb_discard_reply(x11, cookie.sequence);
+        xcb_flush(x11);
+    }
 }
 
 void OverlayWindow::takeInput(std::function<void(const QString&)> refused) {
     refused_ = std::move(refused);
     grabAttempts_ = 0;
+    if (xcb_connection_t* x11 = connection()) {
+        const std::unique_ptr<xcb_get_input_focus_reply_t, decltype(&std::free)> focus(
+            xcb_get_input_focus_reply(x11, xcb_get_input_focus(x11), nullptr), &std::free);
+        const auto own = winId();
+        previousFocus_ = focus && focus->focus > XCB_INPUT_FOCUS_POINTER_ROOT && focus->focus != own
+                             ? focus->focus
+                             : 0;
+    }
     // An override-redirect window gets the X input focus directly; with it Qt sends the keys
     // here, whichever Tilmora window had them before.
     activateWindow();
@@ -151,13 +166,17 @@ void OverlayWindow::tryGrab() {
                                      "the pointer."));
 }
 
-bool OverlayWindow::compositorRunning() {
+xcb_connection_t* OverlayWindow::connection() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11 || !x11->connection()) {
+    return x11 ? x11->connection() : nullptr;
+}
+
+bool OverlayWindow::compositorRunning() {
+    xcb_connection_t* connection = OverlayWindow::connection();
+    if (!connection) {
         // Other platforms compose every window.
         return true;
     }
-    xcb_connection_t* connection = x11->connection();
     int screen = 0;
     if (const char* display = std::getenv("DISPLAY")) {
         char* host = nullptr;

@@ -10,6 +10,10 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include <cstdint>
+
+struct xcb_connection_t;
+
 namespace tilmora {
 
 class OverlayWindow : public QWidget, public PlacementOverlay {
@@ -43,6 +47,11 @@ protected:
 
 private:
     void tryGrab();
+    static xcb_connection_t* connection();
+
+    // The window that had the keyboard before the canvas took it, given back when it closes,
+    // so that Escape leaves the user where they were.
+    std::uint32_t previousFocus_ = 0;
 
     DisplayGeometry display_;
     QScreen* screen_ = nullptr;

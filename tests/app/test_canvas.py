@@ -202,6 +202,9 @@ class Canvas(unittest.TestCase):
         self.session.run(["xdotool", "key", "Escape"])
         wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
         self.assertEqual(self.outer_frame("Notes"), before)
+        # The keyboard is back where it was.
+        wait_for("the terminal focused again", lambda: self.session.run(
+            ["xdotool", "getwindowfocus", "getwindowname"]).stdout.strip() == "Notes")
 
     # --- the display cards
 
