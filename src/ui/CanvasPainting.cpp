@@ -62,22 +62,19 @@ void drawPreview(QPainter& painter, const CGRect& preview) {
     painter.setPen(Qt::NoPen);
     QPainterPath path;
     path.addRoundedRect(rect, cornerRadius, cornerRadius);
-    // The shadow stays outside the translucent fill, which must not darken over it.
-    QPainterPath outside;
-    outside.addRect(QRectF(previewBounds(preview)));
-    painter.setClipPath(outside.subtracted(path));
-    // The soft shadow: rings fading out over its radius, offset downwards.
+    // The soft shadow: rings fading out over its radius, offset downwards, each without the
+    // preview itself, whose translucent fill must not darken over it.
     QColor shade = PlacementCanvasStyle::previewShadow;
     const double stepAlpha = shade.alphaF() / shadowSteps;
     for (int i = shadowSteps; i >= 1; --i) {
         const double spread = shadowRadius * i / shadowSteps;
         shade.setAlphaF(float(stepAlpha * 1.6 * (1.0 - double(i - 1) / shadowSteps)));
-        painter.setBrush(shade);
-        painter.drawRoundedRect(rect.adjusted(-spread / 2, -spread / 2 + shadowOffset, spread / 2,
-                                              spread / 2 + shadowOffset),
-                                cornerRadius + spread / 2, cornerRadius + spread / 2);
+        QPainterPath ring;
+        ring.addRoundedRect(rect.adjusted(-spread / 2, -spread / 2 + shadowOffset, spread / 2,
+                                          spread / 2 + shadowOffset),
+                            cornerRadius + spread / 2, cornerRadius + spread / 2);
+        painter.fillPath(ring.subtracted(path), shade);
     }
-    painter.setClipping(false);
     painter.fillPath(path, PlacementCanvasStyle::previewFill);
     painter.setPen(QPen(PlacementCanvasStyle::previewStroke, 1.5));
     painter.setBrush(Qt::NoBrush);
@@ -94,12 +91,18 @@ QRegion changedRegion(const QRectF& oldHeader, const QRectF& newHeader,
                       const std::optional<CGRect>& oldPreview,
                       const std::optional<CGRect>& newPreview) {
     QRegion changed = oldHeader.toAlignedRect() | newHeader.toAlignedRect();
-    for (const auto& preview : {oldPreview, newPreview}) {
-        if (preview) {
-            changed |= previewBounds(*preview);
-        }
-    }
-    return changed;
+    // Inside both previews nothing changes but the edges and shadows that moved.
+    const auto drawn = [](const std::optional<CGRect>& preview) {
+        return preview ? QRegion(previewBounds(*preview)) : QRegion();
+    };
+    const auto plain = [](const std::optional<CGRect>& preview) {
+        const int inset = int(std::ceil(cornerRadius)) + 2;
+        return preview
+                   ? QRegion(toQt(*preview).toAlignedRect().adjusted(inset, inset, -inset, -inset))
+                   : QRegion();
+    };
+    return changed |
+           (drawn(oldPreview) | drawn(newPreview)) - (plain(oldPreview) & plain(newPreview));
 }
 
 QRegion gridRegion(const std::vector<PlacementCanvasGeometry::LineSegment>& lines, QSizeF view) {

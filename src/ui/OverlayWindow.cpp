@@ -96,10 +96,29 @@ QPointF OverlayWindow::localPoint(QPointF native) const {
     return (native - QPointF(nativeFrame().topLeft())) / devicePixelRatioF();
 }
 
-void OverlayWindow::captureScreen() {
-    if (screen_) {
-        capture_ = screen_->grabWindow(0);
+void OverlayWindow::composeBackground(bool overCapture,
+                                      const std::function<void(QPainter&)>& draw) {
+    const double ratio = devicePixelRatioF();
+    QImage image;
+    if (overCapture && screen_) {
+        image = screen_->grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32);
     }
+    if (image.isNull()) {
+        image = QImage((QSizeF(size()) * ratio).toSize(),
+                       composited_ ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+        image.fill(composited_ ? Qt::transparent : Qt::black);
+    }
+    image.setDevicePixelRatio(ratio);
+    QPainter painter(&image);
+    draw(painter);
+    painter.end();
+    background_ = std::move(image);
+}
+
+void OverlayWindow::paintBackground(QPainter& painter) const {
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(QPointF(0, 0), background_);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
 void OverlayWindow::clearToTransparent(QPainter& painter) const {

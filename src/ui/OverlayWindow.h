@@ -7,10 +7,11 @@
 #include "geometry/DisplayGeometry.h"
 #include "placement/PlacementOverlayFactory.h"
 
-#include <QPixmap>
+#include <QImage>
 #include <QWidget>
 
 #include <cstdint>
+#include <functional>
 
 struct xcb_connection_t;
 
@@ -39,9 +40,11 @@ public:
     static bool compositorRunning();
 
 protected:
-    // What the monitor showed before the window was mapped; null unless asked for.
-    const QPixmap& capture() const { return capture_; }
-    void captureScreen();
+    // Draws the still part of the view once, before the window is mapped, over what the
+    // monitor shows (`overCapture`, for a window that cannot be seen through) or over nothing;
+    // each paint then copies what it needs of it.
+    void composeBackground(bool overCapture, const std::function<void(QPainter&)>& draw);
+    void paintBackground(QPainter& painter) const;
     // A translucent window keeps what it drew last: each paint starts from nothing.
     void clearToTransparent(QPainter& painter) const;
 
@@ -56,7 +59,7 @@ private:
     DisplayGeometry display_;
     QScreen* screen_ = nullptr;
     bool composited_ = false;
-    QPixmap capture_;
+    QImage background_;
     int grabAttempts_ = 0;
     std::function<void(const QString&)> refused_;
 };

@@ -28,6 +28,17 @@ PassivePlacementCanvasView::PassivePlacementCanvasView(
     setWindowTitle(QStringLiteral("Placement Preview"));
     const DisplayLayoutProfile profile = profileOf(*state_, display);
     gridLines_ = canvas::gridLines(display, profile.columns, profile.rows, display.frame.size);
+    composeBackground(false, [this](QPainter& painter) {
+        if (composited()) {
+            painter.fillRect(rect(), PlacementCanvasStyle::passiveBackdrop);
+            CanvasPainting::drawSurface(painter, localVisible_);
+        } else {
+            // Shaped: a tint and the surface would only show as a frozen copy; what is drawn
+            // is opaque over a dark base so that it reads over any window.
+            painter.fillRect(rect(), QColor(24, 28, 26));
+        }
+        CanvasPainting::drawGrid(painter, gridLines_, size());
+    });
     connect(state_.get(), &PlacementCanvasPreviewState::changed, this,
             &PassivePlacementCanvasView::stateChanged);
     stateChanged();
@@ -65,16 +76,7 @@ void PassivePlacementCanvasView::stateChanged() {
 void PassivePlacementCanvasView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    if (composited()) {
-        clearToTransparent(painter);
-        painter.fillRect(rect(), PlacementCanvasStyle::passiveBackdrop);
-        CanvasPainting::drawSurface(painter, localVisible_);
-    } else {
-        // Shaped: the tint and the surface would only show as a frozen copy; the preview is
-        // drawn opaque over a dark base so that it reads over any window.
-        painter.fillRect(rect(), QColor(24, 28, 26));
-    }
-    CanvasPainting::drawGrid(painter, gridLines_, size());
+    paintBackground(painter);
     if (localPreviewRect_) {
         CanvasPainting::drawPreview(painter, *localPreviewRect_);
     }

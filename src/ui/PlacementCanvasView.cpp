@@ -66,11 +66,13 @@ PlacementCanvasView::PlacementCanvasView(const DisplayGeometry& display,
     setCursor(Qt::CrossCursor);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(false);
-    if (!composited()) {
-        // Without a compositor the window cannot be seen through: it shows the monitor as it
-        // was, taken before the window is mapped.
-        captureScreen();
-    }
+    // Without a compositor the window cannot be seen through: it shows the monitor as it was
+    // before the window was mapped.
+    composeBackground(!composited(), [this](QPainter& painter) {
+        painter.fillRect(rect(), PlacementCanvasStyle::interactiveBackdrop);
+        CanvasPainting::drawSurface(painter, localVisible_);
+        CanvasPainting::drawGrid(painter, gridLines_, size());
+    });
     session_->add(this);
     setPreview(std::nullopt);
 }
@@ -126,16 +128,7 @@ void PlacementCanvasView::setPreview(std::optional<CGRect> preview) {
 void PlacementCanvasView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    if (composited()) {
-        clearToTransparent(painter);
-    } else if (!capture().isNull()) {
-        painter.drawPixmap(rect(), capture());
-    } else {
-        painter.fillRect(rect(), Qt::black);
-    }
-    painter.fillRect(rect(), PlacementCanvasStyle::interactiveBackdrop);
-    CanvasPainting::drawSurface(painter, localVisible_);
-    CanvasPainting::drawGrid(painter, gridLines_, size());
+    paintBackground(painter);
     if (previewLocalRect_) {
         CanvasPainting::drawPreview(painter, *previewLocalRect_);
     }
