@@ -42,6 +42,8 @@ public:
                         std::shared_ptr<CanvasDragSession> session);
     ~PlacementCanvasView() override;
 
+    const CanvasHeader& header() const { return header_; }
+
     // Called by the session, in this view's points.
     bool pressesCancel(QPointF local) const;
     void cancel();

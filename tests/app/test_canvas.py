@@ -53,6 +53,14 @@ LEFT_SPOT = (700, 800)
 RIGHT_SPOT = (3240, 1000)
 
 
+def pixel(session, x, y):
+    """(red, green, blue) of the screen at x, y."""
+    text = subprocess.run(["convert", "png:-", "txt:-"], input=session.capture((x, y, 1, 1)),
+                          capture_output=True, check=True).stdout.decode()
+    match = re.search(r"\((\d+),(\d+),(\d+)", text.splitlines()[1])
+    return tuple(int(v) for v in match.groups())
+
+
 class Canvas(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -139,10 +147,7 @@ class Canvas(unittest.TestCase):
             self.assertEqual(self.frame_numbers(title), expected)
 
     def pixel(self, x, y):
-        text = subprocess.run(["convert", "png:-", "txt:-"], input=self.session.capture(
-            (x, y, 1, 1)), capture_output=True, check=True).stdout.decode()
-        match = re.search(r"\((\d+),(\d+),(\d+)", text.splitlines()[1])
-        return tuple(int(v) for v in match.groups())
+        return pixel(self.session, x, y)
 
     def shows(self, x, y, colour, tolerance=5):
         seen = self.pixel(x, y)
@@ -218,6 +223,40 @@ class Canvas(unittest.TestCase):
         self.screenshot("identify")
         wait_for("the cards to go", lambda: not self.overlays("Display Identifier"), timeout=8)
         self.assertGreater(time.monotonic() - started, 2.0)
+
+
+class OverFullScreen(unittest.TestCase):
+    """Under a desktop's window manager (metacity), the canvas covers a full-screen window on
+    its monitor and Escape takes it away again."""
+
+    def test_canvas_above_a_full_screen_terminal(self):
+        with DesktopSession(window_manager=False) as session:
+            session.spawn(["metacity", "--replace"])
+            wait_for("metacity", lambda: "window id" in session.run(
+                ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]).stdout, timeout=30)
+            session.start_terminal("Notes", "80x24+1600+200")
+            log = open(os.path.join(ARTIFACTS, "canvas-metacity.log"), "w")
+            self.addCleanup(log.close)
+            session.spawn([TILMORA], stdout=log, stderr=log)
+            wait_for("the main window", lambda: session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip(),
+                timeout=30)
+            session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
+            session.run(["wmctrl", "-r", "Notes", "-b", "add,fullscreen"])
+            def look(x, y):
+                return pixel(session, x, y)
+
+            # The terminal's white fills the right monitor.
+            wait_for("the terminal full screen", lambda: look(2000, 700) == (255, 255, 255)
+                     and look(3300, 1050) == (255, 255, 255))
+
+            self.assertEqual(session.run([TILMORA, "canvas"]).returncode, 0)
+            # The tint over the terminal, the header's dark material at its top left.
+            wait_for("the canvas over the terminal", lambda: max(look(2000, 700)) < 240
+                     and max(look(1500, 60)) < 90)
+            session.screenshot(os.path.join(ARTIFACTS, "canvas-over-fullscreen-metacity.png"))
+            session.run(["xdotool", "key", "Escape"])
+            wait_for("the canvas to close", lambda: look(2000, 700) == (255, 255, 255))
 
 
 def main():
