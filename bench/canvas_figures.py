@@ -10,7 +10,6 @@ the screen out, both through Xlib directly so that no helper process start is co
     bench/canvas_figures.py [build directory]
 """
 
-import ctypes
 import os
 import statistics
 import sys
@@ -18,6 +17,7 @@ import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "scripts"))
 from desktop_session import DesktopSession, wait_for  # noqa: E402
+from xlib_direct import Xlib  # noqa: E402
 
 build = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else "build")
 tilmora = os.path.join(build, "bin", "tilmora")
@@ -25,59 +25,6 @@ runs = int(os.environ.get("RUNS", "15"))
 moves = int(os.environ.get("MOVES", "60"))
 idle_seconds = int(os.environ.get("IDLE_SECONDS", "10"))
 ticks_per_second = os.sysconf("SC_CLK_TCK")
-
-
-class Xlib:
-    def __init__(self, display):
-        self.x = ctypes.CDLL("libX11.so.6")
-        self.xtst = ctypes.CDLL("libXtst.so.6")
-        self.x.XOpenDisplay.restype = ctypes.c_void_p
-        self.x.XOpenDisplay.argtypes = [ctypes.c_char_p]
-        self.x.XDefaultRootWindow.restype = ctypes.c_ulong
-        self.x.XDefaultRootWindow.argtypes = [ctypes.c_void_p]
-        self.x.XGetImage.restype = ctypes.c_void_p
-        self.x.XGetImage.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_int,
-                                     ctypes.c_uint, ctypes.c_uint, ctypes.c_ulong, ctypes.c_int]
-        self.x.XStringToKeysym.restype = ctypes.c_ulong
-        self.x.XStringToKeysym.argtypes = [ctypes.c_char_p]
-        self.x.XKeysymToKeycode.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
-        self.x.XFree.argtypes = [ctypes.c_void_p]
-        self.x.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
-        self.xtst.XTestFakeKeyEvent.argtypes = [ctypes.c_void_p, ctypes.c_uint, ctypes.c_int,
-                                                ctypes.c_ulong]
-        self.xtst.XTestFakeMotionEvent.argtypes = [ctypes.c_void_p, ctypes.c_int, ctypes.c_int,
-                                                   ctypes.c_int, ctypes.c_ulong]
-        self.xtst.XTestFakeButtonEvent.argtypes = [ctypes.c_void_p, ctypes.c_uint, ctypes.c_int,
-                                                   ctypes.c_ulong]
-        self.display = self.x.XOpenDisplay(display.encode())
-        self.root = self.x.XDefaultRootWindow(self.display)
-
-    def pixel(self, x, y):
-        image = self.x.XGetImage(self.display, self.root, x, y, 1, 1, 0xFFFFFFFF, 2)
-        # XImage: int width, height, xoffset, format; char *data
-        data = ctypes.cast(image + 16, ctypes.POINTER(ctypes.c_void_p)).contents.value
-        value = ctypes.string_at(data, 4)
-        self.x.XFree(data)
-        self.x.XFree(image)
-        return value
-
-    def keys(self, *names, press=True):
-        for name in names:
-            code = self.x.XKeysymToKeycode(self.display, self.x.XStringToKeysym(name.encode()))
-            self.xtst.XTestFakeKeyEvent(self.display, code, press, 0)
-        self.x.XSync(self.display, 0)
-
-    def chord(self, *names):
-        self.keys(*names, press=True)
-        self.keys(*reversed(names), press=False)
-
-    def move(self, x, y):
-        self.xtst.XTestFakeMotionEvent(self.display, -1, x, y, 0)
-        self.x.XSync(self.display, 0)
-
-    def button(self, press):
-        self.xtst.XTestFakeButtonEvent(self.display, 1, press, 0)
-        self.x.XSync(self.display, 0)
 
 
 def until(condition, timeout=5.0):

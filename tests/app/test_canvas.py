@@ -11,7 +11,6 @@ the overlay windows (xwininfo) and the pixels of screenshots are checked.
 import argparse
 import os
 import re
-import subprocess
 import sys
 import time
 import unittest
@@ -21,6 +20,7 @@ sys.path.insert(0, os.path.join(HERE, "..", "..", "scripts"))
 sys.path.insert(0, HERE)
 
 from desktop_session import DesktopSession, SessionError, wait_for  # noqa: E402
+from xlib_direct import Xlib  # noqa: E402
 
 TILMORA = None
 ARTIFACTS = None
@@ -54,11 +54,11 @@ RIGHT_SPOT = (3240, 1000)
 
 
 def pixel(session, x, y):
-    """(red, green, blue) of the screen at x, y."""
-    text = subprocess.run(["convert", "png:-", "txt:-"], input=session.capture((x, y, 1, 1)),
-                          capture_output=True, check=True).stdout.decode()
-    match = re.search(r"\((\d+),(\d+),(\d+)", text.splitlines()[1])
-    return tuple(int(v) for v in match.groups())
+    """(red, green, blue) of the session's screen at x, y, over a connection of the session's
+    own, never used once its server is gone."""
+    if getattr(session, "xlib", None) is None:
+        session.xlib = Xlib(session.display)
+    return session.xlib.pixel(x, y)
 
 
 class Canvas(unittest.TestCase):
@@ -155,13 +155,11 @@ class Canvas(unittest.TestCase):
 
     def status_line(self, prefix):
         import atspi_client as atspi
-        import pyatspi
 
         app = atspi.application("Tilmora")
         for node in atspi.nodes(app):
             if node.getRoleName() == "label" and node.name.startswith(prefix):
                 return node.name
-        del pyatspi
         return None
 
     def screenshot(self, name):

@@ -4,9 +4,7 @@
 #include "ui/PassivePlacementCanvasView.h"
 #include "ui/PlacementCanvasView.h"
 
-#include <QGuiApplication>
 #include <QImage>
-#include <QScreen>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -17,14 +15,14 @@ using namespace tilmora;
 
 namespace {
 
-// The offscreen platform's one screen, with a 25-point strip at the top that is not usable.
+// An 800 x 600 display at the origin, on the offscreen platform's one screen, with a 25-point
+// strip at the top that is not usable.
 DisplayGeometry screenDisplay(std::uint32_t id) {
-    const QRect screen = QGuiApplication::primaryScreen()->geometry();
     DisplayGeometry display;
     display.id = id;
     display.name = QStringLiteral("Display %1").arg(id);
-    display.frame = {0, 0, double(screen.width()), double(screen.height())};
-    display.visibleFrame = {0, 25, double(screen.width()), double(screen.height() - 25)};
+    display.frame = {0, 0, 800, 600};
+    display.visibleFrame = {0, 25, 800, 575};
     return display;
 }
 
@@ -61,7 +59,7 @@ TEST_P(PlacementCanvasViewGesture, AppliesOrCancels) {
     EXPECT_EQ(cancels, GetParam().applied ? 0 : 1);
 }
 
-// The offscreen screen is 800 x 600; the usable area (0, 25, 800, 575) has a 2 x 2 grid with an
+// The usable area (0, 25, 800, 575) has a 2 x 2 grid with an
 // 8-point gap: cells 396 wide, 283 and 284 high.
 INSTANTIATE_TEST_SUITE_P(
     , PlacementCanvasViewGesture,
