@@ -23,6 +23,9 @@ class Xlib:
         self.x.XKeysymToKeycode.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
         self.x.XFree.argtypes = [ctypes.c_void_p]
         self.x.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
+        self.x.XGrabKeyboard.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int,
+                                         ctypes.c_int, ctypes.c_int, ctypes.c_ulong]
+        self.x.XUngrabKeyboard.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
         self.xtst.XTestFakeKeyEvent.argtypes = [ctypes.c_void_p, ctypes.c_uint, ctypes.c_int,
                                                 ctypes.c_ulong]
         self.xtst.XTestFakeMotionEvent.argtypes = [ctypes.c_void_p, ctypes.c_int, ctypes.c_int,
@@ -31,6 +34,17 @@ class Xlib:
                                                    ctypes.c_ulong]
         self.display = self.x.XOpenDisplay(display.encode())
         self.root = self.x.XDefaultRootWindow(self.display)
+
+    def grab_keyboard(self, grab=True):
+        """Holds the keyboard as a screenshot tool or an open menu does; True when granted."""
+        if not grab:
+            self.x.XUngrabKeyboard(self.display, 0)
+            self.x.XSync(self.display, 0)
+            return True
+        # owner_events False, both modes asynchronous (1), CurrentTime (0); GrabSuccess is 0.
+        granted = self.x.XGrabKeyboard(self.display, self.root, 0, 1, 1, 0) == 0
+        self.x.XSync(self.display, 0)
+        return granted
 
     def pixel(self, x, y):
         """(red, green, blue) of the screen at x, y, read from the server in one request."""

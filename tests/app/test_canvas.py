@@ -53,12 +53,16 @@ LEFT_SPOT = (700, 800)
 RIGHT_SPOT = (3240, 1000)
 
 
-def pixel(session, x, y):
-    """(red, green, blue) of the session's screen at x, y, over a connection of the session's
-    own, never used once its server is gone."""
+def xlib(session):
+    """The test's own connection to the session's server, never used once the server is gone."""
     if getattr(session, "xlib", None) is None:
         session.xlib = Xlib(session.display)
-    return session.xlib.pixel(x, y)
+    return session.xlib
+
+
+def pixel(session, x, y):
+    """(red, green, blue) of the session's screen at x, y."""
+    return xlib(session).pixel(x, y)
 
 
 class Canvas(unittest.TestCase):
@@ -208,6 +212,18 @@ class Canvas(unittest.TestCase):
         # The keyboard is back where it was.
         wait_for("the terminal focused again", lambda: self.session.run(
             ["xdotool", "getwindowfocus", "getwindowname"]).stdout.strip() == "Notes")
+
+    def test_a_keyboard_held_by_another_client_closes_the_canvas_and_says_why(self):
+        self.assertTrue(xlib(self.session).grab_keyboard())
+        try:
+            before = self.outer_frame("Notes")
+            self.assertEqual(self.tilmora("canvas").returncode, 0)
+            wait_for("the canvas to give up", lambda: self.status_line(
+                "The Placement Canvas closed: another application holds the keyboard."))
+            wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
+            self.assertEqual(self.outer_frame("Notes"), before)
+        finally:
+            xlib(self.session).grab_keyboard(False)
 
     # --- the display cards
 
