@@ -81,7 +81,20 @@ OverlayWindow::OverlayWindow(const DisplayGeometry& display, Input input)
     if (screen_) {
         setScreen(screen_);
         setGeometry(screen_->geometry());
+        // A monitor that moves, changes its size or scale, or goes away leaves this overlay
+        // describing something that is no longer there.
+        connect(screen_, &QScreen::geometryChanged, this, &OverlayWindow::monitorChanged);
+        connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this](QScreen* removed) {
+            if (removed == screen_) {
+                screen_ = nullptr;
+                monitorChanged();
+            }
+        });
     }
+}
+
+void OverlayWindow::monitorChanged() {
+    hide();
 }
 
 QRect OverlayWindow::nativeFrame() const {

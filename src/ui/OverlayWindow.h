@@ -40,6 +40,8 @@ public:
     static bool compositorRunning();
 
 protected:
+    // Its monitor changed or went away: by default the overlay leaves the screen.
+    virtual void monitorChanged();
     // Draws the still part of the view once, before the window is mapped, over what the
     // monitor shows (`overCapture`, for a window that cannot be seen through) or over nothing;
     // each paint then copies what it needs of it.

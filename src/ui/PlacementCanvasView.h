@@ -52,6 +52,8 @@ public:
     void endDrag(QPointF local);
 
 protected:
+    // A drawing on a monitor that changed would land somewhere else: the canvas closes.
+    void monitorChanged() override { cancel(); }
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

@@ -220,10 +220,21 @@ class Canvas(unittest.TestCase):
             self.assertEqual(self.tilmora("canvas").returncode, 0)
             wait_for("the canvas to give up", lambda: self.status_line(
                 "The Placement Canvas closed: another application holds the keyboard."))
+            # Also on the monitor that is left: what was drawn there would land elsewhere.
             wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
-            self.assertEqual(self.outer_frame("Notes"), before)
         finally:
             xlib(self.session).grab_keyboard(False)
+
+    def test_the_canvas_closes_when_a_monitor_goes_away(self):
+        self.assertEqual(self.tilmora("canvas").returncode, 0)
+        self.wait_for_overlays("Placement Canvas")
+        name, geometry, output = self.session.monitors[1][1]
+        self.session.run(["xrandr", "--delmonitor", name], check=True)
+        try:
+            # Also on the monitor that is left: what was drawn there would land elsewhere.
+            wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
+        finally:
+            self.session.run(["xrandr", "--setmonitor", name, geometry, output], check=True)
 
     # --- the display cards
 
