@@ -62,18 +62,20 @@ void drawPreview(QPainter& painter, const CGRect& preview) {
     painter.setPen(Qt::NoPen);
     QPainterPath path;
     path.addRoundedRect(rect, cornerRadius, cornerRadius);
-    // The soft shadow: rings fading out over its radius, offset downwards, each without the
-    // preview itself, whose translucent fill must not darken over it.
+    // The soft shadow: rings fading out over its radius, reaching further down than up. Each
+    // ring holds the preview inside it and is filled without it (odd-even), so the preview's
+    // translucent fill never darkens over a shadow.
     QColor shade = PlacementCanvasStyle::previewShadow;
     const double stepAlpha = shade.alphaF() / shadowSteps;
     for (int i = shadowSteps; i >= 1; --i) {
-        const double spread = shadowRadius * i / shadowSteps;
+        const double spread = shadowRadius * i / shadowSteps / 2;
         shade.setAlphaF(float(stepAlpha * 1.6 * (1.0 - double(i - 1) / shadowSteps)));
-        QPainterPath ring;
-        ring.addRoundedRect(rect.adjusted(-spread / 2, -spread / 2 + shadowOffset, spread / 2,
-                                          spread / 2 + shadowOffset),
-                            cornerRadius + spread / 2, cornerRadius + spread / 2);
-        painter.fillPath(ring.subtracted(path), shade);
+        QPainterPath ring = path;
+        ring.setFillRule(Qt::OddEvenFill);
+        ring.addRoundedRect(rect.adjusted(-spread, -spread + shadowOffset * i / shadowSteps / 2,
+                                          spread, spread + shadowOffset * i / shadowSteps),
+                            cornerRadius + spread, cornerRadius + spread);
+        painter.fillPath(ring, shade);
     }
     painter.fillPath(path, PlacementCanvasStyle::previewFill);
     painter.setPen(QPen(PlacementCanvasStyle::previewStroke, 1.5));

@@ -128,9 +128,15 @@ void OverlayWindow::composeBackground(bool overCapture,
     background_ = std::move(image);
 }
 
-void OverlayWindow::paintBackground(QPainter& painter) const {
+void OverlayWindow::paintBackground(QPainter& painter, const QRegion& region) const {
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.drawImage(QPointF(0, 0), background_);
+    // Rectangle by rectangle: a drag repaints thin strips of a screen-sized image.
+    const double ratio = background_.devicePixelRatio();
+    for (const QRect& rect : region) {
+        painter.drawImage(QRectF(rect), background_,
+                          QRectF(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio,
+                                 rect.height() * ratio));
+    }
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 

@@ -46,7 +46,7 @@ protected:
     // monitor shows (`overCapture`, for a window that cannot be seen through) or over nothing;
     // each paint then copies what it needs of it.
     void composeBackground(bool overCapture, const std::function<void(QPainter&)>& draw);
-    void paintBackground(QPainter& painter) const;
+    void paintBackground(QPainter& painter, const QRegion& region) const;
     // A translucent window keeps what it drew last: each paint starts from nothing.
     void clearToTransparent(QPainter& painter) const;
 

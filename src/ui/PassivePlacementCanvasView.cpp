@@ -76,7 +76,7 @@ void PassivePlacementCanvasView::stateChanged() {
 void PassivePlacementCanvasView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    paintBackground(painter);
+    paintBackground(painter, event->region());
     if (localPreviewRect_) {
         CanvasPainting::drawPreview(painter, *localPreviewRect_);
     }

@@ -128,7 +128,7 @@ void PlacementCanvasView::setPreview(std::optional<CGRect> preview) {
 void PlacementCanvasView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    paintBackground(painter);
+    paintBackground(painter, event->region());
     if (previewLocalRect_) {
         CanvasPainting::drawPreview(painter, *previewLocalRect_);
     }
