@@ -195,6 +195,12 @@ public:
     void restore(const SavedLayout& layout);
     void deleteLayout(const SavedLayout& layout);
 
+    // --- Update check (AppStoreUpdates.cpp)
+
+    // Asks the brand's update endpoint; the outcome arrives in the three update properties.
+    // Nothing stops two checks from overlapping: the control that starts one waits for it.
+    void checkForUpdates();
+
     // --- Global hot keys (AppStoreHotKeys.cpp)
 
     // A shortcut without a modifier is rejected. Before start() the shortcut is kept whatever
