@@ -27,6 +27,8 @@ packages=(
   # the accessibility and tray (D-Bus) clients that drive the application in the demo and the
   # end-to-end tests
   lemonbar trayer imagemagick python3-pyatspi at-spi2-core python3-dbus python3-gi
+  # a compositing manager, for the overlays' translucent path in the end-to-end tests
+  xcompmgr
 )
 
 missing=()

@@ -84,6 +84,16 @@ int CommandRunner::run(const CommandLine& line) {
         popUpMenu_();
         return success;
     }
+    if (command == QLatin1String("identify") && noArguments()) {
+        // The cards are windows of the running Tilmora; a process of its own would show
+        // nothing before it exits.
+        if (!popUpMenu_) {
+            return fail(QStringLiteral("identify shows its cards through the running Tilmora, "
+                                       "and none runs on this display: start it with 'tilmora'"));
+        }
+        store_.identifyDisplays();
+        return success;
+    }
 
     // What the running application would have seen: displays, profiles, windows.
     store_.refresh();
@@ -110,6 +120,10 @@ int CommandRunner::run(const CommandLine& line) {
         store_.moveTargetToNextDisplay();
         return reportStatus();
     }
+    if (command == QLatin1String("canvas") && noArguments()) {
+        store_.showPlacementCanvas();
+        return reportStatus();
+    }
     if (command == QLatin1String("select-display")) {
         return selectDisplay(arguments);
     }
@@ -123,7 +137,8 @@ int CommandRunner::run(const CommandLine& line) {
     if (command == QLatin1String("restore") || command == QLatin1String("delete")) {
         return restoreOrDelete(command, arguments);
     }
-    if (listing || command == QLatin1String("next-display") || command == QLatin1String("menu")) {
+    if (listing || command == QLatin1String("next-display") || command == QLatin1String("menu") ||
+        command == QLatin1String("canvas") || command == QLatin1String("identify")) {
         return usage(QStringLiteral("%1 takes no arguments").arg(command));
     }
     return usage(QStringLiteral("unknown command %1").arg(Listings::escaped(command)));

@@ -1,10 +1,14 @@
 #include "ui/ApplicationShell.h"
 
 #include "core/AppStore.h"
+#include "placement/PlacementCanvasController.h"
+#include "platform/qt/QtScheduler.h"
 #include "ui/AboutPanelPresenter.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/BringToFront.h"
+#include "ui/DisplayIdentifierController.h"
 #include "ui/MainWindow.h"
+#include "ui/QtPlacementOverlayFactory.h"
 #include "ui/SettingsWindow.h"
 #include "ui/TrayIcon.h"
 #include "ui/TrayMenu.h"
@@ -16,11 +20,23 @@ namespace tilmora {
 
 ApplicationShell::ApplicationShell(AppStore& store, QObject* parent)
     : QObject(parent)
-    , store_(store) {
+    , store_(store)
+    , scheduler_(std::make_unique<QtScheduler>())
+    , overlays_(std::make_unique<QtPlacementOverlayFactory>())
+    , identifier_(std::make_unique<DisplayIdentifierController>()) {
     QCoreApplication::installTranslator(&keyNames_);
+    canvas_ = std::make_unique<PlacementCanvasController>(
+        *overlays_, *scheduler_,
+        [this](const QString& reason) { store_.setStatusMessage(reason); });
+    // Before the store starts: its modifier drag shows its preview on the same overlays.
+    store_.setPlacementCanvas(canvas_.get());
+    connect(&store_, &AppStore::displayIdentificationRequested, identifier_.get(),
+            &DisplayIdentifierController::show);
 }
 
-ApplicationShell::~ApplicationShell() = default;
+ApplicationShell::~ApplicationShell() {
+    store_.setPlacementCanvas(nullptr);
+}
 
 void ApplicationShell::launch() {
     // Closing the last window leaves Tilmora running: its hot keys and tray stay live.

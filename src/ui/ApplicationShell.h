@@ -1,6 +1,6 @@
 // The application's fixed frame: the main window, the settings window, the tray icon with its
-// menu and the about dialog, all over the one store, which it starts when the first of them is
-// shown.
+// menu, the about dialog, the placement canvas and the display cards, all over the one store, which
+// it starts when the first of them is shown.
 #pragma once
 
 #include "ui/KeyNameTranslator.h"
@@ -13,6 +13,10 @@ namespace tilmora {
 
 class AboutPanelPresenter;
 class AppStore;
+class DisplayIdentifierController;
+class PlacementCanvasController;
+class QtPlacementOverlayFactory;
+class QtScheduler;
 class MainWindow;
 class SettingsWindow;
 class TrayIcon;
@@ -34,6 +38,7 @@ public:
 
     MainWindow* mainWindow() const { return mainWindow_.get(); }
     TrayMenu* trayMenu() const { return trayMenu_.get(); }
+    PlacementCanvasController* placementCanvas() const { return canvas_.get(); }
 
 Q_SIGNALS:
     // "Quit Tilmora" was chosen from a menu.
@@ -52,6 +57,10 @@ private:
     std::unique_ptr<TrayIcon> trayIcon_;
     std::unique_ptr<SettingsWindow> settingsWindow_;
     std::unique_ptr<AboutPanelPresenter> about_;
+    std::unique_ptr<QtScheduler> scheduler_;
+    std::unique_ptr<QtPlacementOverlayFactory> overlays_;
+    std::unique_ptr<PlacementCanvasController> canvas_;
+    std::unique_ptr<DisplayIdentifierController> identifier_;
 };
 
 } // namespace tilmora

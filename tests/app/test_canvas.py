@@ -1,0 +1,302 @@
+#!/usr/bin/python3
+"""The Placement Canvas and the display cards of the running application, on a private desktop
+with two monitors and openbox, as a user drives them: the hot key and the command line open the
+canvas, XTest draws on it, Escape cancels; the terminal's frame, the status line (over AT-SPI),
+the overlay windows (xwininfo) and the pixels of screenshots are checked.
+
+    test_canvas.py --tilmora build/bin/tilmora --artifacts build/test-artifacts Canvas
+    test_canvas.py ... --compositor Canvas       (the same with xcompmgr running)
+"""
+
+import argparse
+import os
+import re
+import sys
+import time
+import unittest
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.join(HERE, "..", "..", "scripts"))
+sys.path.insert(0, HERE)
+
+from desktop_session import DesktopSession, SessionError, wait_for  # noqa: E402
+from xlib_direct import Xlib  # noqa: E402
+
+TILMORA = None
+ARTIFACTS = None
+COMPOSITOR = False
+
+# A child of the root: 0x2a00005 "Placement Canvas": ("tilmora" "Tilmora")  1440x900+0+0  +0+0
+CHILD_LINE = re.compile(r'^\s*(0x[0-9a-f]+) "([^"]*)":.*\s(\d+)x(\d+)\+(-?\d+)\+(-?\d+)\s')
+CELL = (10, 20)  # more than an xterm character cell of the default font
+
+
+def blend(under, colour, opacity):
+    return tuple(u * (1 - opacity) + c * opacity for u, c in zip(under, colour))
+
+
+def scaled(red, green, blue):
+    return (red * 255, green * 255, blue * 255)
+
+
+def tinted(desktop):
+    """The canvas over the bare desktop: its backdrop, then its usable area."""
+    return blend(blend(desktop, (0, 0, 0), 0.12), scaled(0.74, 0.84, 0.78), 0.12)
+
+
+def previewed(desktop):
+    return blend(tinted(desktop), scaled(0.72, 0.86, 0.78), 0.34)
+
+
+# Bare desktop on each monitor, away from the terminal, the grid lines and the headers.
+LEFT_SPOT = (700, 800)
+RIGHT_SPOT = (3240, 1000)
+
+
+def xlib(session):
+    """The test's own connection to the session's server, never used once the server is gone."""
+    if getattr(session, "xlib", None) is None:
+        session.xlib = Xlib(session.display)
+    return session.xlib
+
+
+def pixel(session, x, y):
+    """(red, green, blue) of the session's screen at x, y."""
+    return xlib(session).pixel(x, y)
+
+
+class Canvas(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.session = DesktopSession().__enter__()
+        cls.suffix = "-composited" if COMPOSITOR else ""
+        try:
+            if COMPOSITOR:
+                cls.session.spawn(["xcompmgr"])
+                wait_for("the compositor", lambda: "xcompmgr" in cls.session.run(
+                    ["xwininfo", "-root", "-children"]).stdout)
+            cls.session.start_terminal("Notes", "80x24+1600+200")
+            cls.log = open(os.path.join(ARTIFACTS, f"canvas{cls.suffix}.log"), "w")
+            cls.session.spawn([TILMORA], stdout=cls.log, stderr=cls.log)
+            wait_for("the main window", lambda: cls.session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip(),
+                timeout=20)
+            # The main window covers part of the left monitor; the terminal is the target.
+            cls.session.run(["xdotool", "search", "--classname", "tilmora", "windowminimize"])
+        except BaseException:
+            cls.session.__exit__(None, None, None)
+            raise
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.session.__exit__(None, None, None)
+        cls.log.close()
+
+    def setUp(self):
+        self.session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
+        # What the compositor, or the server, paints where no window is.
+        self.desktop = self.pixel(*LEFT_SPOT)
+
+    def tearDown(self):
+        # A canvas left open by a failure would cover the next test's desktop.
+        if self.overlays("Placement Canvas"):
+            self.session.run(["xdotool", "key", "Escape"])
+            wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
+
+    # --- looking
+
+    def tilmora(self, *arguments):
+        return self.session.run([TILMORA, *arguments])
+
+    def overlays(self, title):
+        """(x, y, width, height) of every mapped override-redirect root child with this title."""
+        frames = []
+        for line in self.session.run(["xwininfo", "-root", "-children"]).stdout.splitlines():
+            match = CHILD_LINE.match(line)
+            if not match or match.group(2) != title:
+                continue
+            info = self.session.run(["xwininfo", "-id", match.group(1)]).stdout
+            if "IsViewable" in info:
+                self.assertIn("Override Redirect State: yes", info)
+                width, height, x, y = (int(v) for v in match.groups()[2:])
+                frames.append((x, y, width, height))
+        return sorted(frames)
+
+    def wait_for_overlays(self, title):
+        monitors = sorted(self.session.monitor_frames())
+        wait_for(f"one {title} per monitor", lambda: self.overlays(title) == monitors)
+
+    def outer_frame(self, title):
+        for line in self.tilmora("windows").stdout.splitlines():
+            fields = line.split("\t")
+            if len(fields) >= 5 and fields[3] == title:
+                return fields[4]
+        return None
+
+    def frame_numbers(self, title):
+        frame = self.outer_frame(title)
+        return frame and tuple(int(v) for v in re.findall(r"-?\d+", frame))
+
+    def wait_for_frame(self, title, expected):
+        """The window at `expected` (x, y, width, height): its origin exactly, its size up to
+        one character cell less, which is how the window manager honours a terminal's resize
+        increments."""
+        def landed():
+            frame = self.frame_numbers(title)
+            return frame and frame[:2] == expected[:2] and all(
+                0 <= want - got < cell for want, got, cell in zip(expected[2:], frame[2:], CELL))
+        try:
+            wait_for(f"{title} at {expected}", landed)
+        except SessionError:
+            self.assertEqual(self.frame_numbers(title), expected)
+
+    def pixel(self, x, y):
+        return pixel(self.session, x, y)
+
+    def shows(self, x, y, colour, tolerance=5):
+        seen = self.pixel(x, y)
+        return all(abs(s - c) <= tolerance for s, c in zip(seen, colour))
+
+    def status_line(self, prefix):
+        import atspi_client as atspi
+
+        app = atspi.application("Tilmora")
+        for node in atspi.nodes(app):
+            if node.getRoleName() == "label" and node.name.startswith(prefix):
+                return node.name
+        return None
+
+    def screenshot(self, name):
+        self.session.screenshot(os.path.join(ARTIFACTS, f"{name}{self.suffix}.png"))
+
+    # --- the canvas
+
+    def test_hot_key_then_a_drag_on_the_right_monitor_places_the_terminal(self):
+        self.session.run(["xdotool", "key", "--clearmodifiers", "ctrl+alt+space"])
+        self.wait_for_overlays("Placement Canvas")
+        # Tinted on both monitors, over the bare desktop.
+        wait_for("the tint on both monitors", lambda: self.shows(*LEFT_SPOT, tinted(
+            self.desktop)) and self.shows(*RIGHT_SPOT, tinted(self.desktop)))
+
+        self.session.run(["xdotool", "mousemove", "1540", "100", "mousedown", "1",
+                          "mousemove", "1800", "300", "mousemove", "2140", "500"])
+        wait_for("the preview", lambda: self.shows(1840, 300, previewed(self.desktop)))
+        self.screenshot("canvas-drawing")
+        self.session.run(["xdotool", "mouseup", "1"])
+
+        wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
+        self.wait_for_frame("Notes", (1540, 100, 600, 400))
+        self.assertTrue(wait_for("the status line",
+                                 lambda: self.status_line("Canvas placement applied to ")))
+
+    def test_a_click_places_the_grid_cell_under_it(self):
+        result = self.tilmora("profile", "1", "--columns", "2", "--rows", "2", "--gap", "8")
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        result = self.tilmora("canvas")
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        self.wait_for_overlays("Placement Canvas")
+        # 20 points across: too little for a rectangle, it counts as a click where it ends.
+        self.session.run(["xdotool", "mousemove", "980", "600", "mousedown", "1",
+                          "mousemove", "1000", "600", "mouseup", "1"])
+        self.wait_for_frame("Notes", (724, 454, 716, 446))
+        wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
+
+    def test_escape_closes_without_placing(self):
+        before = self.outer_frame("Notes")
+        self.assertEqual(self.tilmora("canvas").returncode, 0)
+        self.wait_for_overlays("Placement Canvas")
+        wait_for("the canvas painted", lambda: self.shows(*LEFT_SPOT, tinted(self.desktop)))
+        self.session.run(["xdotool", "key", "Escape"])
+        wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
+        self.assertEqual(self.outer_frame("Notes"), before)
+        # The keyboard is back where it was.
+        wait_for("the terminal focused again", lambda: self.session.run(
+            ["xdotool", "getwindowfocus", "getwindowname"]).stdout.strip() == "Notes")
+
+    def test_a_keyboard_held_by_another_client_closes_the_canvas_and_says_why(self):
+        self.assertTrue(xlib(self.session).grab_keyboard())
+        try:
+            before = self.outer_frame("Notes")
+            self.assertEqual(self.tilmora("canvas").returncode, 0)
+            wait_for("the canvas to give up", lambda: self.status_line(
+                "The Placement Canvas closed: another application holds the keyboard."))
+            # Also on the monitor that is left: what was drawn there would land elsewhere.
+            wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
+        finally:
+            xlib(self.session).grab_keyboard(False)
+
+    def test_the_canvas_closes_when_a_monitor_goes_away(self):
+        self.assertEqual(self.tilmora("canvas").returncode, 0)
+        self.wait_for_overlays("Placement Canvas")
+        name, geometry, output = self.session.monitors[1][1]
+        self.session.run(["xrandr", "--delmonitor", name], check=True)
+        try:
+            # Also on the monitor that is left: what was drawn there would land elsewhere.
+            wait_for("the canvas to close", lambda: not self.overlays("Placement Canvas"))
+        finally:
+            self.session.run(["xrandr", "--setmonitor", name, geometry, output], check=True)
+
+    # --- the display cards
+
+    def test_identify_shows_a_card_on_each_monitor_for_its_time(self):
+        started = time.monotonic()
+        self.assertEqual(self.tilmora("identify").returncode, 0)
+        self.wait_for_overlays("Display Identifier")
+        # The card's dark material in the middle of each monitor.
+        wait_for("a card painted on each monitor", lambda: all(
+            max(self.pixel(x, y)) < 60 for x, y in [(720 - 50, 450), (2400 - 50, 540)]))
+        self.screenshot("identify")
+        wait_for("the cards to go", lambda: not self.overlays("Display Identifier"), timeout=8)
+        self.assertGreater(time.monotonic() - started, 2.0)
+
+
+class OverFullScreen(unittest.TestCase):
+    """Under a desktop's window manager (metacity), the canvas covers a full-screen window on
+    its monitor and Escape takes it away again."""
+
+    def test_canvas_above_a_full_screen_terminal(self):
+        with DesktopSession(window_manager=False) as session:
+            session.spawn(["metacity", "--replace"])
+            wait_for("metacity", lambda: "window id" in session.run(
+                ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]).stdout, timeout=30)
+            session.start_terminal("Notes", "80x24+1600+200")
+            log = open(os.path.join(ARTIFACTS, "canvas-metacity.log"), "w")
+            self.addCleanup(log.close)
+            session.spawn([TILMORA], stdout=log, stderr=log)
+            wait_for("the main window", lambda: session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip(),
+                timeout=30)
+            session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
+            session.run(["wmctrl", "-r", "Notes", "-b", "add,fullscreen"])
+            def look(x, y):
+                return pixel(session, x, y)
+
+            # The terminal's white fills the right monitor.
+            wait_for("the terminal full screen", lambda: look(2000, 700) == (255, 255, 255)
+                     and look(3300, 1050) == (255, 255, 255))
+
+            self.assertEqual(session.run([TILMORA, "canvas"]).returncode, 0)
+            # The tint over the terminal, the header's dark material at its top left.
+            wait_for("the canvas over the terminal", lambda: max(look(2000, 700)) < 240
+                     and max(look(1500, 60)) < 90)
+            session.screenshot(os.path.join(ARTIFACTS, "canvas-over-fullscreen-metacity.png"))
+            session.run(["xdotool", "key", "Escape"])
+            wait_for("the canvas to close", lambda: look(2000, 700) == (255, 255, 255))
+
+
+def main():
+    global TILMORA, ARTIFACTS, COMPOSITOR
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--tilmora", required=True)
+    parser.add_argument("--artifacts", required=True)
+    parser.add_argument("--compositor", action="store_true")
+    arguments, rest = parser.parse_known_args()
+    TILMORA = os.path.abspath(arguments.tilmora)
+    ARTIFACTS = os.path.abspath(arguments.artifacts)
+    COMPOSITOR = arguments.compositor
+    os.makedirs(ARTIFACTS, exist_ok=True)
+    unittest.main(argv=[sys.argv[0], "-v", *rest])
+
+
+if __name__ == "__main__":
+    main()
