@@ -238,6 +238,40 @@ class Canvas(unittest.TestCase):
 
     # --- the display cards
 
+    def test_a_super_drag_previews_the_cell_on_the_monitor_under_the_pointer(self):
+        # Press in the terminal, hold Super and drag across to the right monitor, with XTest
+        # motion (a warp makes no raw motion, which is what the drag is followed by).
+        x, y = 1700, 300
+        device = xlib(self.session)
+        device.move(x, y)
+        device.keys("Super_L")
+        device.button(True)
+        try:
+            # To the left half of the right monitor, which leaves the spots the other tests
+            # look at uncovered.
+            for step in range(1, 21):
+                device.move(x + 15 * step, y + 25 * step)
+            self.wait_for_overlays("Placement Preview")
+            # The preview is that cell of the right monitor's 2 x 1 grid.
+            spot = (1600, 1000)
+            wait_for("the preview on the right monitor",
+                     lambda: self.shows(*spot, previewed(self.desktop), tolerance=8)
+                     if COMPOSITOR else self.pixel(*spot) != self.desktop)
+            self.screenshot("drag-preview")
+        finally:
+            device.button(False)
+            device.keys("Super_L", press=False)
+        wait_for("the preview to close", lambda: not self.overlays("Placement Preview"))
+        wait_for("the placement", lambda: self.status_line("Dropped "))
+        self.wait_for_frame("Notes", (1440, 0, 960, 1080))
+        # Back where the click test left it, clear of the spots the other tests look at.
+        notes = next(line.split("\t")[0] for line in self.tilmora("windows").stdout.splitlines()
+                     if line.split("\t")[3:4] == ["Notes"])
+        self.tilmora("--window", notes, "next-display")
+        self.tilmora("--window", notes, "apply", "rightHalf")
+        wait_for("Notes on the left monitor's right half", lambda: 720 <= self.frame_numbers(
+            "Notes")[0] < 720 + CELL[0])
+
     def test_identify_shows_a_card_on_each_monitor_for_its_time(self):
         started = time.monotonic()
         self.assertEqual(self.tilmora("identify").returncode, 0)
