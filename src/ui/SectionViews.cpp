@@ -1,5 +1,6 @@
 #include "ui/SectionViews.h"
 
+#include "ui/ArrangeSection.h"
 #include "ui/DetailScrollView.h"
 #include "ui/NativeSectionHeader.h"
 #include "ui/PermissionBanner.h"
@@ -16,10 +17,9 @@ struct Page {
     const char* subtitle;
 };
 
-// In the order of the sections.
+// In the order of the sections; the Arrange section is a view of its own.
 constexpr Page pages[] = {
-    {980, true, "Placement Canvas",
-     "Preview the target area before Tilmora places the active window."},
+    {980, true, "", ""},
     {980, false, "Open Windows", "Select a target window, then apply a quick placement."},
     {980, false, "Saved Workspaces", "Save the current desktop arrangement and restore it later."},
     {780, false, "Settings", "Tune permissions, spacing, and keyboard control from one place."},
@@ -34,6 +34,9 @@ constexpr Page pages[] = {
 } // namespace
 
 QWidget* make(TilmoraSection section, AppStore& store, QWidget* parent) {
+    if (section == TilmoraSection::arrange) {
+        return new ArrangeSection(store, parent);
+    }
     const Page& shown = pages[SectionInfo::index(section)];
     auto* view = new DetailScrollView(shown.maxWidth, 24, parent);
     view->setObjectName(QStringLiteral("section-") + SectionInfo::title(section).toLower());
