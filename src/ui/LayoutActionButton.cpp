@@ -10,6 +10,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tilmora {
 
@@ -71,7 +72,7 @@ QSize LayoutActionButton::minimumSizeHint() const {
     QFont smallest = titleFont();
     smallest.setPointSizeF(smallest.pointSizeF() * smallestTitleScale);
     return {full.width() - QFontMetrics(titleFont()).horizontalAdvance(text()) +
-                QFontMetrics(smallest).horizontalAdvance(text()) + 1,
+                static_cast<int>(std::ceil(QFontMetricsF(smallest).horizontalAdvance(text()))) + 1,
             full.height()};
 }
 
@@ -121,14 +122,16 @@ void LayoutActionButton::paintEvent(QPaintEvent*) {
     // The title shrinks as far as it must, down to its smallest size, before it is cut short.
     QFont title = titleFont();
     const double fullSize = title.pointSizeF();
-    for (double scale = 1.0; QFontMetrics(title).horizontalAdvance(text()) > titleSpace &&
+    for (double scale = 1.0; QFontMetricsF(title).horizontalAdvance(text()) > titleSpace &&
                              scale > smallestTitleScale;) {
         scale = std::max(smallestTitleScale, scale - 0.02);
         title.setPointSizeF(fullSize * scale);
     }
     const QFontMetrics titleMetrics(title);
     const QString shown =
-        titleMetrics.elidedText(text(), Qt::ElideRight, static_cast<int>(titleSpace));
+        QFontMetricsF(title).horizontalAdvance(text()) <= titleSpace
+            ? text()
+            : titleMetrics.elidedText(text(), Qt::ElideRight, static_cast<int>(titleSpace));
     painter.setFont(title);
     painter.setPen(colours.color(QPalette::WindowText));
     const QRectF titleRect(x, 0, titleMetrics.horizontalAdvance(shown), bounds.height());
