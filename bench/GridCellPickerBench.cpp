@@ -23,7 +23,8 @@ void move(QWidget& widget, QPointF at, QEvent::Type type, Qt::MouseButtons butto
     QApplication::sendEvent(&widget, &event);
 }
 
-// Alternates between two blocks of an 8 x 6 grid, so every move changes the highlight.
+// Every move changes the highlight of an 8 x 6 grid: to the neighbouring cell (as a drag goes)
+// or to a far one.
 void DragMove(benchmark::State& state) {
     application();
     tilmora::GridCellPicker picker([](auto...) {});
@@ -33,15 +34,17 @@ void DragMove(benchmark::State& state) {
     QApplication::processEvents();
     move(picker, {40, 40}, QEvent::MouseButtonPress, Qt::LeftButton);
     QApplication::processEvents();
-    const QPointF ends[] = {{400, 150}, {560, 200}};
+    // Cells are 90 x 38 points: one column apart, or five columns and three rows.
+    const QPointF ends[3][2] = {
+        {{400, 150}, {490, 150}}, {{400, 150}, {130, 60}}, {{400, 150}, {400, 150}}};
     int i = 0;
     for (auto _ : state) {
-        move(picker, ends[i++ % 2], QEvent::MouseMove, Qt::LeftButton);
+        move(picker, ends[state.range(0)][i++ % 2], QEvent::MouseMove, Qt::LeftButton);
         // Delivers the update request: the changed region is painted here.
         QApplication::processEvents();
     }
     move(picker, {40, 40}, QEvent::MouseButtonRelease, Qt::NoButton);
 }
-BENCHMARK(DragMove)->Unit(benchmark::kMicrosecond);
+BENCHMARK(DragMove)->ArgName("far")->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
 
 } // namespace

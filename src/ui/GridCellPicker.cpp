@@ -5,11 +5,14 @@
 #include "ui/TextStyle.h"
 
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QRegion>
 #include <QScreen>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tilmora {
 
@@ -20,6 +23,26 @@ constexpr double tileRadius = 7;
 constexpr double labelNumberWidth = 12;
 constexpr double labelSpacing = 2;
 constexpr double smallestLabelScale = 0.7;
+
+// What differs on screen when the highlight moves from `before` (empty when there was none) to
+// `after`: both outlines and whatever only one of them covers, never the common inside, where
+// the same tiles lie under the same tint.
+QRegion changedBetween(const QRectF& before, const QRectF& after) {
+    const auto outer = [](const QRectF& r) {
+        return QRegion(r.adjusted(-2, -2, 2, 2).toAlignedRect());
+    };
+    if (before.isEmpty()) {
+        return outer(after);
+    }
+    const QRectF common = before.adjusted(3, 3, -3, -3).intersected(after.adjusted(3, 3, -3, -3));
+    QRegion changed = outer(before).united(outer(after));
+    if (common.width() > 0 && common.height() > 0) {
+        changed -= QRegion(QRectF(std::ceil(common.left()), std::ceil(common.top()),
+                                  std::floor(common.width()) - 1, std::floor(common.height()) - 1)
+                               .toRect());
+    }
+    return changed;
+}
 
 QRectF toQRect(const CGRect& rect) {
     return {rect.minX(), rect.minY(), rect.width(), rect.height()};
@@ -142,7 +165,7 @@ void GridCellPicker::preview(GridCoordinate cell) {
         }
     }
     // The old and new blocks' tiles change their fill; the highlight moves between them.
-    update(before.united(target).adjusted(-2, -2, 2, 2).toAlignedRect());
+    update(changedBetween(before, target));
     startAnimation();
 }
 
@@ -171,7 +194,7 @@ void GridCellPicker::advanceAnimation() {
         // Every tile moves with the spacing.
         update();
     } else if (previewSelection_) {
-        update(before.united(drawnHighlight()).adjusted(-2, -2, 2, 2).toAlignedRect());
+        update(changedBetween(before, drawnHighlight()));
     }
     if (spacing_.isSettled() && std::all_of(highlight_.begin(), highlight_.end(),
                                             [](const Spring& s) { return s.isSettled(); })) {
@@ -191,7 +214,7 @@ void GridCellPicker::resizeEvent(QResizeEvent* event) {
     }
 }
 
-void GridCellPicker::paintEvent(QPaintEvent*) {
+void GridCellPicker::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor secondary = TextStyle::secondary(palette());
@@ -205,7 +228,11 @@ void GridCellPicker::paintEvent(QPaintEvent*) {
     painter.setFont(font);
     for (std::int64_t row = 0; row < drawn.rowCount(); ++row) {
         for (std::int64_t column = 0; column < drawn.columnCount(); ++column) {
-            drawTile(painter, column, row, drawn);
+            // Only the tiles in the changed region: a drag repaints a few, not all of them.
+            if (event->region().intersects(
+                    toQRect(drawn.cellFrame(column, row, pickerSize())).toAlignedRect())) {
+                drawTile(painter, column, row, drawn);
+            }
         }
     }
 
