@@ -27,7 +27,7 @@ def application(name, timeout=15.0, pid=None):
     raise AccessibilityError(f"no application {name!r} on the accessibility bus")
 
 
-def nodes(root, depth=12):
+def nodes(root, depth=24):
     """Every accessible below `root`, depth first."""
     if root is None or depth < 0:
         return

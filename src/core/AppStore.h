@@ -15,6 +15,7 @@
 #include "geometry/LayoutAction.h"
 #include "layouts/SavedLayout.h"
 #include "layouts/SavedLayoutStore.h"
+#include "placement/OptionDragCoordinator.h"
 #include "platform/Platform.h"
 #include "shortcuts/HotKeyCenter.h"
 #include "shortcuts/HotKeyShortcut.h"
@@ -30,6 +31,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -181,7 +183,8 @@ public:
     void showPlacementCanvas();
     // Places a window that a modifier drag dropped on a grid cell.
     void applyDraggedPlacement(const ManagedWindow& target, const CGRect& frame);
-    // The canvas the shell provides; not owned. Without one the canvas command says so.
+    // The canvas the shell provides; not owned. Without one the canvas command says so, and no
+    // modifier drag is watched (there is nothing to show its preview on).
     void setPlacementCanvas(PlacementCanvas* canvas) { placementCanvas_ = canvas; }
 
     // --- Saved layouts (AppStoreLayouts.cpp)
@@ -191,6 +194,12 @@ public:
     // Puts each saved window that still has a live counterpart back on its display.
     void restore(const SavedLayout& layout);
     void deleteLayout(const SavedLayout& layout);
+
+    // --- Update check (AppStoreUpdates.cpp)
+
+    // Asks the brand's update endpoint; the outcome arrives in the three update properties.
+    // Nothing stops two checks from overlapping: the control that starts one waits for it.
+    void checkForUpdates();
 
     // --- Global hot keys (AppStoreHotKeys.cpp)
 
@@ -285,6 +294,8 @@ private:
 
     // Global hot keys
     void startHotKeys();
+    // Created here the first time; a changed drag modifier or grid applies at the next event.
+    void startOptionDrag();
     void runHotKeyCommand(const HotKeyCommand& command);
     bool savePlacementHotKey(const HotKeyShortcut& shortcut);
     bool saveQuickHotKeyModifiers(const QuickHotKeyModifiers& modifiers);
@@ -328,6 +339,7 @@ private:
     SavedLayoutStore savedLayoutStore_;
     HotKeyCenter hotKeyCenter_{platform_.hotKeyService, platform_.scheduler};
     PlacementCanvas* placementCanvas_ = nullptr;
+    std::unique_ptr<OptionDragCoordinator> optionDragCoordinator_;
     Relauncher relauncher_;
     std::optional<TaskToken> refreshTimer_;
     std::optional<std::int32_t> lastTargetPID_;

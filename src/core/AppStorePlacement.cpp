@@ -3,8 +3,8 @@
 // top-left space, clamps it to a display, applies it and reports exactly one status line.
 #include "core/AppStore.h"
 
-#include "core/FrameMapping.h"
 #include "core/CommandFailures.h"
+#include "core/FrameMapping.h"
 #include "core/PlacementLimits.h"
 #include "geometry/TilmoraCoordinateSpace.h"
 
@@ -157,6 +157,32 @@ void AppStore::showPlacementCanvas() {
                 weak->applyPreparedPlacement(captured, rect, false,
                                              QStringLiteral("Canvas placement applied to "),
                                              QStringLiteral("."));
+            }
+        });
+}
+
+void AppStore::startOptionDrag() {
+    if (!placementCanvas_) {
+        return;
+    }
+    if (!optionDragCoordinator_) {
+        optionDragCoordinator_ = std::make_unique<OptionDragCoordinator>(
+            windowManager_, platform_.windowSystem, *placementCanvas_, platform_.inputMonitor,
+            platform_.scheduler);
+    }
+    QPointer<AppStore> weak(this);
+    optionDragCoordinator_->start(
+        [weak] {
+            if (!weak) {
+                return OptionDragCoordinator::Configuration{
+                    false, PlacementDragModifier::command, {}};
+            }
+            return OptionDragCoordinator::Configuration{
+                weak->permissionGranted_, weak->placementDragModifier_, weak->displayProfileMap()};
+        },
+        [weak](const ManagedWindow& target, const CGRect& frame) {
+            if (weak) {
+                weak->applyDraggedPlacement(target, frame);
             }
         });
 }

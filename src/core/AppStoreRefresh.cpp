@@ -18,6 +18,7 @@ void AppStore::start() {
     refresh();
     // Registration failures become the status line.
     startHotKeys();
+    startOptionDrag();
 
     QPointer<AppStore> weak(this);
     Scheduler& scheduler = platform_.scheduler;

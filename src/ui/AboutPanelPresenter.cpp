@@ -1,9 +1,9 @@
 #include "ui/AboutPanelPresenter.h"
 
 #include "core/AppVersion.h"
+#include "core/TilmoraBrand.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/TextStyle.h"
-#include "ui/TilmoraBrand.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>

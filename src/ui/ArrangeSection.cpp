@@ -1,18 +1,18 @@
 #include "ui/ArrangeSection.h"
 
 #include "core/AppStore.h"
+#include "ui/AdaptiveRow.h"
 #include "ui/DisplayLayoutProfileRow.h"
 #include "ui/DisplayLayoutSummary.h"
-#include "ui/FittingRow.h"
 #include "ui/GridCellPicker.h"
 #include "ui/GridSettingControls.h"
 #include "ui/LayoutActionGrid.h"
 #include "ui/NativePanel.h"
 #include "ui/NativeSectionHeader.h"
 #include "ui/PermissionBanner.h"
+#include "ui/StatusLine.h"
 #include "ui/SymbolHeading.h"
 #include "ui/SymbolIcon.h"
-#include "ui/TextStyle.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -61,21 +61,15 @@ ArrangeSection::ArrangeSection(AppStore& store, QWidget* parent)
     customGrid_ = makeCustomGrid();
     addContent(customGrid_);
 
-    status_ = new QLabel;
-    status_->setObjectName(QStringLiteral("arrangeStatus"));
-    status_->setTextFormat(Qt::PlainText);
-    status_->setWordWrap(true);
-    TextStyle::apply(status_, TextStyle::Style::callout, QFont::Normal, true);
-    addContent(status_);
+    addContent(new StatusLine(store_));
 
     showDisplays();
-    showStatus();
     for (const auto changed :
          {&AppStore::connectedDisplaysChanged, &AppStore::displayProfilesChanged,
           &AppStore::selectedDisplayIDChanged, &AppStore::pointerDisplayIDChanged}) {
         connect(&store_, changed, this, &ArrangeSection::showDisplays);
     }
-    connect(&store_, &AppStore::statusMessageChanged, this, &ArrangeSection::showStatus);
+    connect(&store_, &AppStore::statusMessageChanged, this, &ArrangeSection::fitContent);
 }
 
 QWidget* ArrangeSection::block(QWidget* header, QWidget* body) {
@@ -93,7 +87,7 @@ QWidget* ArrangeSection::makeCanvasPanel() {
     panel->setAccessibleName(QStringLiteral("Canvas placement"));
     auto* padded = new QVBoxLayout(panel);
     padded->setContentsMargins(panelPadding, panelPadding, panelPadding, panelPadding);
-    auto* row = new FittingRow(12, 12);
+    auto* row = new AdaptiveRow(nullptr, 12);
     padded->addWidget(row);
 
     auto* heading = new SymbolHeading(
@@ -103,10 +97,8 @@ QWidget* ArrangeSection::makeCanvasPanel() {
     auto* open = new QPushButton(SymbolIcon::icon(QStringLiteral("rectangle.dashed")),
                                  QStringLiteral("Open Canvas"));
     connect(open, &QPushButton::clicked, this, [this] { store_.showPlacementCanvas(); });
-    row->addWidget(heading, 1);
-    row->addWidget(open);
-    row->setRowWidth(
-        [heading, open] { return heading->rowWidth() + 12 + open->sizeHint().width(); });
+    row->addItem(heading, true);
+    row->addItem(open);
     return panel;
 }
 
@@ -199,13 +191,6 @@ void ArrangeSection::showDisplays() {
     activeSummary_->setProfile(profile);
     gridControls_->setValues(profile.columns, profile.rows, profile.gap);
     picker_->setGrid(profile.columns, profile.rows, profile.gap);
-}
-
-void ArrangeSection::showStatus() {
-    const auto& message = store_.statusMessage();
-    status_->setVisible(message.has_value() && !message->isEmpty());
-    status_->setText(message.value_or(QString()));
-    fitContent();
 }
 
 } // namespace tilmora

@@ -37,7 +37,6 @@ private:
     QWidget* makeCanvasPanel();
     QWidget* makeCustomGrid();
     void showDisplays();
-    void showStatus();
 
     AppStore& store_;
     LayoutActionGrid* presetLayouts_ = nullptr;
@@ -48,7 +47,6 @@ private:
     DisplayLayoutSummary* activeSummary_ = nullptr;
     GridSettingControls* gridControls_ = nullptr;
     GridCellPicker* picker_ = nullptr;
-    QLabel* status_ = nullptr;
 };
 
 } // namespace tilmora

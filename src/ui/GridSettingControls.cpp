@@ -22,7 +22,7 @@ constexpr int gapLabelWidth = 52;
 } // namespace
 
 GridSettingControls::GridSettingControls(Change change, QWidget* parent)
-    : FittingRow(14, 10, parent)
+    : AdaptiveRow(parent, 14)
     , change_(std::move(change))
     , columns_(new SettingStepper(QStringLiteral("Columns"),
                                   static_cast<int>(DisplayLayoutProfile::minimumColumns),
@@ -62,10 +62,12 @@ GridSettingControls::GridSettingControls(Change change, QWidget* parent)
     TextStyle::apply(readout, TextStyle::Style::body, QFont::Normal, true);
     gapRow->addWidget(readout);
 
-    addWidget(columns_);
-    addWidget(rows_);
-    addWidget(gapControl_);
-    addStretch();
+    gapControl_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    addItem(columns_);
+    addItem(rows_);
+    addItem(gapControl_);
+    // Keeps the three at their widths at the leading edge of a wide row.
+    addItem(new QWidget(this), true);
 
     connect(columns_, &SettingStepper::valueRequested, this,
             [this](int value) { change_(value, std::nullopt, std::nullopt); });

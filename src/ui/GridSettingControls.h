@@ -3,7 +3,7 @@
 // makes is handed on, never kept.
 #pragma once
 
-#include "ui/FittingRow.h"
+#include "ui/AdaptiveRow.h"
 
 #include <functional>
 #include <optional>
@@ -15,7 +15,7 @@ namespace tilmora {
 class FixedNumber;
 class SettingStepper;
 
-class GridSettingControls : public FittingRow {
+class GridSettingControls : public AdaptiveRow {
     Q_OBJECT
 
 public:

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <optional>
+#include <utility>
 
 namespace tilmora::SymbolIcon {
 
@@ -78,7 +80,8 @@ void drawWindows(QPainter& p) {
     p.setBrush(Qt::NoBrush);
 }
 
-void drawTray(QPainter& p) {
+// An in-tray's lower half, open at the top.
+QPainterPath trayPath() {
     QPainterPath tray;
     tray.moveTo(1.5, 9);
     tray.lineTo(5, 9);
@@ -89,7 +92,11 @@ void drawTray(QPainter& p) {
     tray.lineTo(14.5, 14);
     tray.lineTo(1.5, 14);
     tray.closeSubpath();
-    p.drawPath(tray);
+    return tray;
+}
+
+void drawTray(QPainter& p) {
+    p.drawPath(trayPath());
     p.drawLine(QPointF(4, 3), QPointF(12, 3));
     p.drawLine(QPointF(4, 6), QPointF(12, 6));
 }
@@ -151,10 +158,6 @@ void drawNumberSquare(QPainter& p) {
     p.drawLine(QPointF(8.5, 4.8), QPointF(8.5, 11.2));
 }
 
-void drawCounterclockwise(QPainter& p) {
-    p.drawPath(arcWithArrow({8, 8}, 5.5, 60, 300));
-}
-
 void drawPower(QPainter& p) {
     p.drawArc(QRectF(2.5, 3, 11, 11), 120 * 16, 300 * 16);
     p.drawLine(QPointF(8, 1.5), QPointF(8, 7.5));
@@ -162,6 +165,118 @@ void drawPower(QPainter& p) {
 
 void drawRestore(QPainter& p) {
     p.drawPath(arcWithArrow({8, 9}, 5, 300, 240));
+}
+
+void drawGrid(QPainter& p) {
+    p.drawRoundedRect(QRectF(2, 2, 12, 12), 1.5, 1.5);
+    for (const double at : {6.0, 10.0}) {
+        p.drawLine(QPointF(at, 2), QPointF(at, 14));
+        p.drawLine(QPointF(2, at), QPointF(14, at));
+    }
+}
+
+void drawTwoDisplays(QPainter& p) {
+    p.drawRoundedRect(QRectF(1, 2.5, 8, 6), 1, 1);
+    p.drawRoundedRect(QRectF(7, 6.5, 8, 6), 1, 1);
+    p.drawLine(QPointF(9, 14.5), QPointF(13, 14.5));
+}
+
+void drawKeyboard(QPainter& p) {
+    p.drawRoundedRect(QRectF(1, 4, 14, 9), 1.5, 1.5);
+    for (const double x : {4.0, 6.7, 9.3, 12.0}) {
+        p.drawPoint(QPointF(x, 6.8));
+        p.drawPoint(QPointF(x, 8.8));
+    }
+    p.drawLine(QPointF(5, 11), QPointF(11, 11));
+}
+
+void drawLightbulb(QPainter& p) {
+    QPainterPath bulb;
+    bulb.moveTo(6, 11);
+    bulb.cubicTo(6, 9, 3.5, 8, 3.5, 5.8);
+    bulb.cubicTo(3.5, 3.3, 5.5, 1.5, 8, 1.5);
+    bulb.cubicTo(10.5, 1.5, 12.5, 3.3, 12.5, 5.8);
+    bulb.cubicTo(12.5, 8, 10, 9, 10, 11);
+    bulb.closeSubpath();
+    p.drawPath(bulb);
+    p.drawLine(QPointF(6.2, 13), QPointF(9.8, 13));
+    p.drawLine(QPointF(6.8, 14.8), QPointF(9.2, 14.8));
+}
+
+void drawCode(QPainter& p) {
+    p.drawPolyline(QPolygonF({{5, 4}, {1.5, 8}, {5, 12}}));
+    p.drawPolyline(QPolygonF({{11, 4}, {14.5, 8}, {11, 12}}));
+    p.drawLine(QPointF(9.5, 3), QPointF(6.5, 13));
+}
+
+void drawPerson(QPainter& p) {
+    p.drawRoundedRect(QRectF(1.5, 1.5, 13, 13), 2, 2);
+    p.drawEllipse(QPointF(8, 6.3), 2.3, 2.3);
+    p.drawArc(QRectF(3.8, 10, 8.4, 7), 20 * 16, 140 * 16);
+}
+
+void drawGlobe(QPainter& p) {
+    p.drawEllipse(QPointF(8, 8), 6.5, 6.5);
+    p.drawEllipse(QPointF(8, 8), 2.8, 6.5);
+    p.drawLine(QPointF(1.5, 8), QPointF(14.5, 8));
+}
+
+void drawOpenOut(QPainter& p) {
+    p.drawPolyline(QPolygonF({{7, 2.5}, {2.5, 2.5}, {2.5, 13.5}, {13.5, 13.5}, {13.5, 9}}));
+    p.drawLine(QPointF(7.5, 8.5), QPointF(13.5, 2.5));
+    p.drawPolyline(QPolygonF({{9.5, 2.5}, {13.5, 2.5}, {13.5, 6.5}}));
+}
+
+void drawWindowPlus(QPainter& p) {
+    p.drawRoundedRect(QRectF(1.5, 3, 10.5, 9), 1.5, 1.5);
+    p.drawLine(QPointF(1.5, 5.6), QPointF(12, 5.6));
+    p.drawLine(QPointF(13, 9.5), QPointF(13, 15));
+    p.drawLine(QPointF(10.3, 12.3), QPointF(15.7, 12.3));
+}
+
+void drawTrash(QPainter& p) {
+    p.drawLine(QPointF(2.5, 4), QPointF(13.5, 4));
+    p.drawPolyline(QPolygonF({{6, 4}, {6, 2}, {10, 2}, {10, 4}}));
+    p.drawPolyline(QPolygonF({{4, 4}, {4.8, 14.5}, {11.2, 14.5}, {12, 4}}));
+    p.drawLine(QPointF(7, 6.5), QPointF(7, 12));
+    p.drawLine(QPointF(9, 6.5), QPointF(9, 12));
+}
+
+void drawEmptyTray(QPainter& p) {
+    p.drawPolyline(QPolygonF({{1.5, 9}, {4, 3}, {12, 3}, {14.5, 9}}));
+    p.drawPath(trayPath());
+}
+
+void drawFolderPlus(QPainter& p) {
+    p.drawPolyline(
+        QPolygonF({{8, 13.5}, {1.5, 13.5}, {1.5, 3}, {6, 3}, {7.5, 5}, {14.5, 5}, {14.5, 8}}));
+    p.drawLine(QPointF(12, 9.5), QPointF(12, 15));
+    p.drawLine(QPointF(9.3, 12.3), QPointF(14.7, 12.3));
+}
+
+void drawInsetFilled(QPainter& p) {
+    p.drawRoundedRect(QRectF(1.5, 2.5, 13, 11), 1.5, 1.5);
+    p.fillRect(QRectF(4, 5, 8, 6), p.pen().color());
+}
+
+void drawCounterclockwise(QPainter& p) {
+    p.drawPath(arcWithArrow({8, 8}, 5.5, 60, 300));
+}
+
+void drawPointerMotion(QPainter& p) {
+    QPainterPath arrow;
+    arrow.moveTo(7, 2);
+    arrow.lineTo(7, 13);
+    arrow.lineTo(9.6, 10.4);
+    arrow.lineTo(11.6, 14.5);
+    arrow.lineTo(13, 13.8);
+    arrow.lineTo(11, 9.8);
+    arrow.lineTo(14.5, 9.5);
+    arrow.closeSubpath();
+    p.drawPath(arrow);
+    p.drawLine(QPointF(1.5, 5), QPointF(4.5, 5));
+    p.drawLine(QPointF(1, 8), QPointF(4.5, 8));
+    p.drawLine(QPointF(1.5, 11), QPointF(4.5, 11));
 }
 
 // Every glyph is drawn on a 16 x 16 grid with a 1.4-unit pen in the palette's text colour.
@@ -187,8 +302,22 @@ constexpr Entry entries[] = {
     {"rectangle.dashed", "", drawDashed},
     {"power", "application-exit", drawPower},
     {"number.square", "", drawNumberSquare},
-    {"arrow.counterclockwise", "", drawCounterclockwise},
     {"arrow.uturn.backward", "document-revert", drawRestore},
+    {"macwindow.badge.plus", "", drawWindowPlus},
+    {"rectangle.inset.filled", "", drawInsetFilled},
+    {"arrow.counterclockwise", "edit-undo", drawCounterclockwise},
+    {"cursorarrow.motionlines", "", drawPointerMotion},
+    {"trash", "edit-delete", drawTrash},
+    {"tray", "", drawEmptyTray},
+    {"plus.rectangle.on.folder", "document-save", drawFolderPlus},
+    {"square.grid.3x3", "", drawGrid},
+    {"display.2", "", drawTwoDisplays},
+    {"keyboard", "input-keyboard", drawKeyboard},
+    {"lightbulb", "", drawLightbulb},
+    {"chevron.left.forwardslash.chevron.right", "", drawCode},
+    {"person.crop.square", "", drawPerson},
+    {"globe", "internet-web-browser", drawGlobe},
+    {"arrow.up.forward.square", "", drawOpenOut},
 };
 
 const Entry* entry(const QString& symbolName) {
@@ -222,9 +351,44 @@ private:
     void (*glyph_)(QPainter&);
 };
 
+// A modifier key's symbol (the drag modifier's own image), drawn as its glyph.
+class KeySymbolEngine final : public PaintedIconEngine {
+public:
+    explicit KeySymbolEngine(QString glyph)
+        : glyph_(std::move(glyph)) {}
+
+    QIconEngine* clone() const override { return new KeySymbolEngine(glyph_); }
+
+protected:
+    void draw(QPainter& painter, const QRectF& rect, const QColor& colour) const override {
+        QFont font = QGuiApplication::font();
+        font.setPixelSize(static_cast<int>(std::min(rect.width(), rect.height()) * 0.8));
+        painter.setFont(font);
+        painter.setPen(colour);
+        painter.drawText(rect, Qt::AlignCenter, glyph_);
+    }
+
+private:
+    QString glyph_;
+};
+
+std::optional<QString> keySymbol(const QString& symbolName) {
+    for (const auto& [name, glyph] :
+         {std::pair{"command", "\u2318"}, std::pair{"option", "\u2325"},
+          std::pair{"control", "\u2303"}, std::pair{"shift", "\u21e7"}}) {
+        if (symbolName == QLatin1String(name)) {
+            return QString::fromUtf8(glyph);
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 QIcon icon(const QString& symbolName) {
+    if (const auto glyph = keySymbol(symbolName)) {
+        return QIcon(new KeySymbolEngine(*glyph));
+    }
     const Entry* found = entry(symbolName);
     if (!found) {
         return {};

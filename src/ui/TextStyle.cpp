@@ -3,6 +3,7 @@
 #include "ui/NativeSurface.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QPalette>
 #include <QWidget>
 
@@ -53,6 +54,15 @@ void apply(QWidget* widget, Style style, QFont::Weight weight, bool secondaryCol
         palette.setColor(QPalette::WindowText, secondary(palette));
         widget->setPalette(palette);
     }
+}
+
+QLabel* wrappingLabel(const QString& text, Style style, bool secondaryColour,
+                      QFont::Weight weight) {
+    auto* label = new QLabel(text);
+    apply(label, style, weight, secondaryColour);
+    label->setWordWrap(true);
+    label->setTextFormat(Qt::PlainText);
+    return label;
 }
 
 } // namespace tilmora::TextStyle

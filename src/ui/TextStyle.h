@@ -6,6 +6,7 @@
 #include <QFont>
 
 class QPalette;
+class QLabel;
 class QWidget;
 
 namespace tilmora::TextStyle {
@@ -20,5 +21,8 @@ QColor tertiary(const QPalette& palette);
 // Sets the widget's font to the style, and its text to the secondary colour when asked.
 void apply(QWidget* widget, Style style, QFont::Weight weight = QFont::Normal,
            bool secondaryColour = false);
+// Plain text in the style that wraps onto as many lines as it needs.
+QLabel* wrappingLabel(const QString& text, Style style, bool secondaryColour = false,
+                      QFont::Weight weight = QFont::Normal);
 
 } // namespace tilmora::TextStyle

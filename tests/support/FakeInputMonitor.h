@@ -1,4 +1,4 @@
-// An input monitor that delivers nothing: no logic under test watches input yet.
+// An input monitor the test feeds by hand: deliver() hands an event to whoever started it.
 #pragma once
 
 #include "platform/InputMonitor.h"
@@ -7,8 +7,23 @@ namespace tilmora {
 
 class FakeInputMonitor final : public InputMonitor {
 public:
-    bool start(EventHandler) override { return true; }
-    void stop() override {}
+    bool start(EventHandler handler) override {
+        ++starts;
+        handler_ = std::move(handler);
+        return true;
+    }
+    void stop() override { handler_ = nullptr; }
+
+    void deliver(const InputEvent& event) const {
+        if (handler_) {
+            handler_(event);
+        }
+    }
+
+    int starts = 0;
+
+private:
+    EventHandler handler_;
 };
 
 } // namespace tilmora

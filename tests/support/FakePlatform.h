@@ -28,7 +28,19 @@ struct FakePlatform {
 // A canvas that keeps what it was shown; a test draws by calling `apply`.
 struct FakeCanvas final : PlacementCanvas {
     bool isOpen() const override { return open; }
-    void close() override { open = false; }
+    void close() override { open = passive = false; }
+    void showPassive(const std::vector<DisplayGeometry>& shown, const TilmoraWindow& shownTarget,
+                     const QHash<std::uint32_t, DisplayLayoutProfile>& shownProfiles,
+                     const PlacementDragModifier&) override {
+        open = passive = true;
+        displays = shown;
+        target = shownTarget;
+        profiles = shownProfiles;
+    }
+    void updatePassivePreview(const std::optional<CGRect>& frame,
+                              const std::optional<DisplayGeometry>&) override {
+        preview = frame;
+    }
     void show(const std::vector<DisplayGeometry>& shown, const TilmoraWindow& shownTarget,
               const QHash<std::uint32_t, DisplayLayoutProfile>& shownProfiles,
               Apply applyRect) override {
@@ -40,6 +52,8 @@ struct FakeCanvas final : PlacementCanvas {
     }
 
     bool open = false;
+    bool passive = false;
+    std::optional<CGRect> preview;
     std::vector<DisplayGeometry> displays;
     TilmoraWindow target;
     QHash<std::uint32_t, DisplayLayoutProfile> profiles;

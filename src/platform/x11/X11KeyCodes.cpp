@@ -40,4 +40,13 @@ std::optional<std::uint8_t> x11KeyCode(std::uint32_t shortcutKeyCode) {
     return std::nullopt;
 }
 
+std::optional<std::uint32_t> shortcutKeyCode(std::uint32_t x11KeyCode) {
+    for (const auto& [position, evdev] : evdevCodes) {
+        if (evdev + evdevOffset == x11KeyCode) {
+            return position;
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace tilmora

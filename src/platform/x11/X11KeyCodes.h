@@ -12,5 +12,7 @@ namespace tilmora {
 // The X key code (evdev code + 8) of the key at that position; nothing for positions without
 // a key on a PC keyboard (Function).
 std::optional<std::uint8_t> x11KeyCode(std::uint32_t shortcutKeyCode);
+// The position of the key with that X key code; nothing for keys without one.
+std::optional<std::uint32_t> shortcutKeyCode(std::uint32_t x11KeyCode);
 
 } // namespace tilmora

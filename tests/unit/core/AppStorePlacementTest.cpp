@@ -1,5 +1,6 @@
 #include "core/AppStore.h"
 #include "core/FrameMapping.h"
+#include "platform/EventModifierFlags.h"
 #include "support/FakePlatform.h"
 
 #include <gtest/gtest.h>
@@ -173,6 +174,35 @@ TEST_F(AppStorePlacementTest, DroppedDragIsClampedToItsDisplay) {
     fake.windowSystem.setScreens({});
     store.applyDraggedPlacement(dropped, {0, 0, 400, 300});
     EXPECT_EQ(store.statusMessage(), QStringLiteral("No target window is available."));
+}
+
+TEST_F(AppStorePlacementTest, AModifierDragFollowsTheDragModifierSetAtThatMoment) {
+    FakeCanvas canvas;
+    store.setPlacementCanvas(&canvas);
+    store.start();
+    store.updateDisplayProfile(1, 2, 2, 0);
+    const auto drag = [&](std::uint64_t held) {
+        for (const auto type : {InputEvent::Type::leftMouseDown, InputEvent::Type::leftMouseDragged,
+                                InputEvent::Type::leftMouseUp}) {
+            fake.inputMonitor.deliver({type, {1000, 600}, held});
+            fake.scheduler.runPending();
+        }
+    };
+    // Super by default: Alt does nothing.
+    drag(EventModifierFlags::option);
+    EXPECT_EQ(mailFrame(), CGRect(100, 100, 600, 400));
+    drag(EventModifierFlags::command);
+    EXPECT_EQ(mailFrame(), CGRect(720, 463, 720, 437));
+    EXPECT_EQ(store.statusMessage(), QStringLiteral("Dropped Mail on canvas."));
+    EXPECT_FALSE(canvas.open);
+
+    store.setPlacementDragModifier(
+        PlacementDragModifier::fromEventFlags(EventModifierFlags::option));
+    store.apply(LayoutAction::leftHalf);
+    drag(EventModifierFlags::command);
+    EXPECT_EQ(mailFrame(), CGRect(0, 25, 720, 875));
+    drag(EventModifierFlags::option | EventModifierFlags::shift);
+    EXPECT_EQ(mailFrame(), CGRect(720, 463, 720, 437));
 }
 
 } // namespace
