@@ -1,5 +1,6 @@
 #include "ui/DetailScrollView.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -28,6 +29,29 @@ DetailScrollView::DetailScrollView(int maxWidth, int spacing, QWidget* parent)
     stack_->setSpacing(spacing);
     stack_->addStretch(1);
     setWidget(canvas);
+}
+
+void DetailScrollView::fitContent() {
+    // After the layouts have settled.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            // The content's height for this width, asked afresh, held as its minimum.
+            widget()->setMinimumHeight(widget()->heightForWidth(viewport()->width()));
+        },
+        Qt::QueuedConnection);
+}
+
+void DetailScrollView::showEvent(QShowEvent* event) {
+    QScrollArea::showEvent(event);
+    fitContent();
+}
+
+bool DetailScrollView::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::Resize) {
+        fitContent();
+    }
+    return QScrollArea::viewportEvent(event);
 }
 
 void DetailScrollView::addContent(QWidget* content) {

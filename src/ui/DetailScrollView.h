@@ -19,6 +19,14 @@ public:
     // Appends a block below the ones already there; the view takes ownership.
     void addContent(QWidget* content);
     QWidget* column() const { return column_; }
+    // Has the scroll area size the content to its height for the current width again. The
+    // content's own layout changes (a grid taking fewer columns, rows appearing) do not reach
+    // the scroll area by themselves, which then squeezes them into the viewport.
+    void fitContent();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
 
 private:
     QWidget* column_;

@@ -15,11 +15,6 @@ namespace {
 
 constexpr double cornerRadius = 8.0;
 
-QColor withAlpha(QColor colour, double alpha) {
-    colour.setAlphaF(static_cast<float>(alpha));
-    return colour;
-}
-
 // A panel paints itself, so assistive technology is told what it is: a group of controls,
 // named by its accessible name when it has one.
 QAccessibleInterface* panelAccessible(const QString& className, QObject* object) {
@@ -49,10 +44,11 @@ void NativePanel::paint(QPainter& painter, const QRectF& rect, bool selected,
                         const QPalette& palette) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor fill = selected ? withAlpha(NativeSurface::brandTint(), 0.11)
-                                 : withAlpha(palette.color(QPalette::Base), 0.72);
-    const QColor border = selected ? withAlpha(NativeSurface::brandStroke(), 0.36)
-                                   : withAlpha(palette.color(QPalette::WindowText), 0.08);
+    const QColor fill = selected ? NativeSurface::withOpacity(NativeSurface::brandTint(), 0.11)
+                                 : NativeSurface::withOpacity(palette.color(QPalette::Base), 0.72);
+    const QColor border =
+        selected ? NativeSurface::withOpacity(NativeSurface::brandStroke(), 0.36)
+                 : NativeSurface::withOpacity(palette.color(QPalette::WindowText), 0.08);
     QPainterPath shape;
     shape.addRoundedRect(rect, cornerRadius, cornerRadius);
     painter.fillPath(shape, fill);

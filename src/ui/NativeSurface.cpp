@@ -12,4 +12,9 @@ QColor brandStroke() {
     return stroke;
 }
 
+QColor withOpacity(QColor colour, double opacity) {
+    colour.setAlphaF(static_cast<float>(colour.alphaF() * opacity));
+    return colour;
+}
+
 } // namespace tilmora::NativeSurface

@@ -7,5 +7,7 @@ namespace tilmora::NativeSurface {
 
 QColor brandTint();
 QColor brandStroke();
+// The colour at `opacity` times its own opacity.
+QColor withOpacity(QColor colour, double opacity);
 
 } // namespace tilmora::NativeSurface

@@ -1,8 +1,8 @@
 #include "ui/PermissionBanner.h"
 
 #include "core/AppStore.h"
+#include "ui/SymbolHeading.h"
 #include "ui/SymbolIcon.h"
-#include "ui/TextStyle.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -15,9 +15,6 @@ namespace {
 
 constexpr int padding = 14;
 constexpr int spacing = 12;
-constexpr int symbolWidth = 24;
-// In a row the explanation wraps to a few lines; below this width it would be a thin column.
-constexpr int rowSubtitleWidth = 320;
 
 } // namespace
 
@@ -25,37 +22,20 @@ PermissionBanner::PermissionBanner(AppStore& store, QWidget* parent)
     : NativePanel(parent)
     , store_(store)
     , layout_(new QBoxLayout(QBoxLayout::LeftToRight, this))
-    , headline_(new QLabel(QStringLiteral("Window manager access required"), this))
-    , subtitle_(new QLabel(QStringLiteral("Tilmora arranges windows through your X11 window "
-                                          "manager. Start one (or log in to an X11 session), "
-                                          "then check again or relaunch."),
-                           this))
+    , heading_(new SymbolHeading(
+          QStringLiteral("lock.shield"), QStringLiteral("Window manager access required"),
+          QStringLiteral("Tilmora arranges windows through your X11 window manager. Start one (or "
+                         "log in to an X11 session), then check again or relaunch."),
+          this))
     , buttons_(new QWidget(this)) {
     setObjectName(QStringLiteral("permissionBanner"));
-    setAccessibleName(headline_->text());
+    setAccessibleName(heading_->headline()->text());
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     layout_->setContentsMargins(padding, padding, padding, padding);
     layout_->setSizeConstraint(QLayout::SetNoConstraint);
     layout_->setSpacing(spacing);
 
-    auto* label = new QWidget(this);
-    auto* labelRow = new QHBoxLayout(label);
-    labelRow->setContentsMargins(0, 0, 0, 0);
-    labelRow->setSpacing(10);
-    auto* symbol = new QLabel(label);
-    symbol->setPixmap(SymbolIcon::icon(QStringLiteral("lock.shield")).pixmap(22, 22));
-    symbol->setFixedWidth(symbolWidth);
-    symbol->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    labelRow->addWidget(symbol, 0, Qt::AlignTop);
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(3);
-    TextStyle::apply(headline_, TextStyle::Style::headline);
-    TextStyle::apply(subtitle_, TextStyle::Style::callout, QFont::Normal, true);
-    subtitle_->setWordWrap(true);
-    texts->addWidget(headline_);
-    texts->addWidget(subtitle_);
-    labelRow->addLayout(texts, 1);
-    layout_->addWidget(label, 1);
+    layout_->addWidget(heading_, 1);
 
     auto* buttonRow = new QHBoxLayout(buttons_);
     buttonRow->setContentsMargins(0, 0, 0, 0);
@@ -91,17 +71,12 @@ QPushButton* PermissionBanner::addButton(const QString& title, const QString& sy
 }
 
 int PermissionBanner::rowWidth() const {
-    const int label =
-        symbolWidth + 10 +
-        std::max(headline_->sizeHint().width(),
-                 std::min(subtitle_->fontMetrics().horizontalAdvance(subtitle_->text()),
-                          rowSubtitleWidth));
-    return 2 * padding + label + spacing + buttons_->sizeHint().width();
+    return 2 * padding + heading_->rowWidth() + spacing + buttons_->sizeHint().width();
 }
 
 QSize PermissionBanner::minimumSizeHint() const {
-    const int label = symbolWidth + 10 + headline_->minimumSizeHint().width();
-    return {2 * padding + std::max(label, buttons_->sizeHint().width()),
+    return {2 * padding +
+                std::max(heading_->minimumSizeHint().width(), buttons_->sizeHint().width()),
             layout_->minimumSize().height()};
 }
 

@@ -5,12 +5,12 @@
 #include "ui/NativePanel.h"
 
 class QBoxLayout;
-class QLabel;
 class QPushButton;
 
 namespace tilmora {
 
 class AppStore;
+class SymbolHeading;
 
 class PermissionBanner : public NativePanel {
     Q_OBJECT
@@ -33,8 +33,7 @@ private:
 
     AppStore& store_;
     QBoxLayout* layout_;
-    QLabel* headline_;
-    QLabel* subtitle_;
+    SymbolHeading* heading_;
     QWidget* buttons_;
     Qt::Orientation orientation_ = Qt::Horizontal;
 };

@@ -1,6 +1,7 @@
 #include "ui/SectionViews.h"
 
 #include "ui/AboutView.h"
+#include "ui/ArrangeSection.h"
 #include "ui/DetailScrollView.h"
 #include "ui/GuideView.h"
 #include "ui/NativeSectionHeader.h"
@@ -21,10 +22,9 @@ struct Page {
     const char* subtitle;
 };
 
-// In the order of the sections.
+// In the order of the sections; the Arrange section is a view of its own.
 constexpr Page pages[] = {
-    {980, true, "Placement Canvas",
-     "Preview the target area before Tilmora places the active window."},
+    {980, true, "", ""},
     {980, true, "Open Windows", "Select a target window, then apply a quick placement."},
     {980, true, "Saved Workspaces", "Save the current desktop arrangement and restore it later."},
     {780, false, "Settings", "Tune permissions, spacing, and keyboard control from one place."},
@@ -39,6 +39,9 @@ constexpr Page pages[] = {
 } // namespace
 
 QWidget* make(TilmoraSection section, AppStore& store, QWidget* parent) {
+    if (section == TilmoraSection::arrange) {
+        return new ArrangeSection(store, parent);
+    }
     const Page& shown = pages[SectionInfo::index(section)];
     auto* view = new DetailScrollView(shown.maxWidth, 24, parent);
     view->setObjectName(QStringLiteral("section-") + SectionInfo::title(section).toLower());

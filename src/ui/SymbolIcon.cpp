@@ -151,6 +151,13 @@ void drawDashed(QPainter& p) {
     p.drawRoundedRect(QRectF(1.5, 2.5, 13, 11), 1.5, 1.5);
 }
 
+void drawNumberSquare(QPainter& p) {
+    p.drawRoundedRect(QRectF(2, 2, 12, 12), 2.5, 2.5);
+    // A "1": its flag and its stem.
+    p.drawLine(QPointF(6.5, 6.2), QPointF(8.5, 4.8));
+    p.drawLine(QPointF(8.5, 4.8), QPointF(8.5, 11.2));
+}
+
 void drawPower(QPainter& p) {
     p.drawArc(QRectF(2.5, 3, 11, 11), 120 * 16, 300 * 16);
     p.drawLine(QPointF(8, 1.5), QPointF(8, 7.5));
@@ -294,6 +301,7 @@ constexpr Entry entries[] = {
     {"checkmark.shield", "security-high", drawCheckShield},
     {"rectangle.dashed", "", drawDashed},
     {"power", "application-exit", drawPower},
+    {"number.square", "", drawNumberSquare},
     {"arrow.uturn.backward", "document-revert", drawRestore},
     {"macwindow.badge.plus", "", drawWindowPlus},
     {"rectangle.inset.filled", "", drawInsetFilled},

@@ -1,5 +1,7 @@
 #include "ui/TextStyle.h"
 
+#include "ui/NativeSurface.h"
+
 #include <QApplication>
 #include <QLabel>
 #include <QPalette>
@@ -27,11 +29,6 @@ double scale(Style style) {
     return 1.0;
 }
 
-QColor withAlpha(QColor colour, double alpha) {
-    colour.setAlphaF(static_cast<float>(alpha));
-    return colour;
-}
-
 } // namespace
 
 QFont font(Style style, QFont::Weight weight) {
@@ -43,11 +40,11 @@ QFont font(Style style, QFont::Weight weight) {
 }
 
 QColor secondary(const QPalette& palette) {
-    return withAlpha(palette.color(QPalette::WindowText), 0.64);
+    return NativeSurface::withOpacity(palette.color(QPalette::WindowText), 0.64);
 }
 
 QColor tertiary(const QPalette& palette) {
-    return withAlpha(palette.color(QPalette::WindowText), 0.45);
+    return NativeSurface::withOpacity(palette.color(QPalette::WindowText), 0.45);
 }
 
 void apply(QWidget* widget, Style style, QFont::Weight weight, bool secondaryColour) {

@@ -101,6 +101,83 @@ class Application(unittest.TestCase):
         atspi.act(atspi.find(app, "push button", "Refresh"))
         self.screenshot("main-window-arrange")
 
+    # --- the Arrange section, clicked and dragged with XTest input as a person does
+
+    def click_at(self, x, y):
+        self.session.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
+
+    def centre_of(self, node):
+        import pyatspi
+
+        box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        return box.x + box.width // 2, box.y + box.height // 2
+
+    def scroll_into_view(self, app, node):
+        """Turns the wheel over the section until `node` lies wholly inside the main window."""
+        import pyatspi
+
+        frame = next(child for child in app if child.getRoleName() == "frame")
+        window = frame.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        for _ in range(40):
+            box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+            if box.y >= window.y and box.y + box.height <= window.y + window.height - 40:
+                return box
+            self.session.run(["xdotool", "mousemove", str(window.x + window.width // 2),
+                              str(window.y + window.height // 2), "click",
+                              "5" if box.y > window.y else "4"])
+        self.fail(f"{node.name!r} did not scroll into view")
+
+    def status_line(self, app, prefix):
+        import atspi_client as atspi
+
+        return wait_for(f"a status line starting {prefix!r}", lambda: next(
+            (node.name for node in atspi.nodes(app) if node.getRoleName() == "label"
+             and node.name.startswith(prefix)), None))
+
+    def test_arrange_section_places_the_last_used_window_from_a_button_and_the_picker(self):
+        import atspi_client as atspi
+
+        app = atspi.application("Tilmora")
+        atspi.act(atspi.find(app, "list item", "Arrange"))
+        # The terminal is the window the user was in; every click below lands in Tilmora's own
+        # window, which must never become the target.
+        self.session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
+
+        button = atspi.find(app, "push button", "Right Half")
+        self.scroll_into_view(app, button)
+        self.click_at(*self.centre_of(button))
+        wait_for("the terminal on the right half of the left monitor",
+                 lambda: self.outer_frame("Notes") == "720, 0  720 x 900")
+        self.assertIn("Right Half applied to ", self.status_line(app, "Right Half applied"))
+
+        # The left monitor's grid, one column more than its default two.
+        row = atspi.find(app, "push button", "Screen 1")
+        self.scroll_into_view(app, row)
+        self.click_at(*self.centre_of(row))
+        self.status_line(app, "Screen 1 selected for Custom Grid.")
+        more = atspi.find(app, "push button", "More Columns")
+        self.scroll_into_view(app, more)
+        self.click_at(*self.centre_of(more))
+        wait_for("the store to hold three columns", lambda: "\t3 x 1\t" in self.tilmora(
+            "profile", "1").stdout)
+
+        # Dragged from the middle cell to the last one: columns 2 and 3 of the left monitor.
+        picker = wait_for("the grid cell picker", lambda: next(
+            (node for node in atspi.nodes(app) if node.name == "Grid cell picker"), None))
+        box = self.scroll_into_view(app, picker)
+        band = (box.width - 24) / 3
+        y = box.y + box.height // 2
+        start, end = (int(box.x + 12 + band * (i + 0.5)) for i in (1, 2))
+        self.session.run(["xdotool", "mousemove", str(start), str(y), "mousedown", "1"])
+        for x in range(start, end + 1, 20):
+            self.session.run(["xdotool", "mousemove", str(x), str(y)])
+        self.screenshot("arrange-picker-drag")
+        self.session.run(["xdotool", "mousemove", str(end), str(y), "mouseup", "1"])
+        wait_for("the terminal on the picked cells",
+                 lambda: self.outer_frame("Notes") == "480, 0  960 x 900")
+        self.assertIn("Grid area applied to ", self.status_line(app, "Grid area applied"))
+        self.screenshot("arrange-section")
+
     def test_guide_and_the_update_check_on_the_about_page(self):
         import atspi_client as atspi
 
