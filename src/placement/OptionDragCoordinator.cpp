@@ -86,18 +86,9 @@ void OptionDragCoordinator::handle(const InputEvent& event) {
     case InputEvent::Type::leftMouseUp:
         finishDrag(event, configuration);
         break;
-    case InputEvent::Type::leftMouseDragged: {
-        const auto pointer = currentMouseLocation(event);
-        if (!qualifies(event, configuration.modifier) || !pointer) {
-            resetDrag();
-            return;
-        }
-        if (!dragState_) {
-            beginDrag(*pointer, configuration);
-        }
-        updateDragPreview(*pointer);
+    case InputEvent::Type::leftMouseDragged:
+        followPointer(event, configuration);
         break;
-    }
     case InputEvent::Type::flagsChanged:
         if (!qualifies(event, configuration.modifier)) {
             resetDrag();
@@ -162,18 +153,26 @@ void OptionDragCoordinator::updateDragPreview(CGPoint point) {
     overlay_.updatePassivePreview(shown->frame, shown->display);
 }
 
-void OptionDragCoordinator::finishDrag(const InputEvent& event,
-                                       const Configuration& configuration) {
+bool OptionDragCoordinator::followPointer(const InputEvent& event,
+                                          const Configuration& configuration) {
     const auto pointer = currentMouseLocation(event);
     if (!qualifies(event, configuration.modifier) || !pointer) {
         resetDrag();
-        return;
+        return false;
     }
-    // A modifier-click without a drag places the window under the pointer too.
     if (!dragState_) {
         beginDrag(*pointer, configuration);
     }
     updateDragPreview(*pointer);
+    return true;
+}
+
+void OptionDragCoordinator::finishDrag(const InputEvent& event,
+                                       const Configuration& configuration) {
+    // A modifier-click without a drag places the window under the pointer too.
+    if (!followPointer(event, configuration)) {
+        return;
+    }
     if (!dragState_ || !dragState_->previewFrame) {
         resetDrag();
         return;

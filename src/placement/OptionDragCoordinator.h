@@ -70,6 +70,9 @@ private:
     void preparePendingTarget(const InputEvent& event, const Configuration& configuration);
     void beginDrag(CGPoint point, const Configuration& configuration);
     void updateDragPreview(CGPoint point);
+    // With the modifiers held: begins the drag if needed and previews the cell under the
+    // pointer. Otherwise resets, and answers false.
+    bool followPointer(const InputEvent& event, const Configuration& configuration);
     void finishDrag(const InputEvent& event, const Configuration& configuration);
     void resetDrag();
     // Where the pointer was at the event; unknown while no display is connected.
