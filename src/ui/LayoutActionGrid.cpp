@@ -25,7 +25,9 @@ LayoutActionGrid::LayoutActionGrid(AppStore& store, QWidget* parent)
     grid_->setSpacing(spacing);
     // The widget's minimum is one column; five would otherwise pin it at their width.
     grid_->setSizeConstraint(QLayout::SetNoConstraint);
-    for (const LayoutAction action : LayoutAction::quickActions()) {
+    // In case order (maximize first, center last), as the Arrange section lists them; menus
+    // and hot keys use the quick-action order.
+    for (const LayoutAction action : LayoutAction::allCases()) {
         buttons_.push_back(new LayoutActionButton(
             store, action, [&store, action] { store.apply(action); }, this));
     }
