@@ -373,9 +373,7 @@ bool X11TestDesktop::startWindowManager(WindowManager manager, bool replacing) {
         break;
     }
     case WindowManager::kwin:
-        // Without its compositor: on this software-rendered server it leaves a window it has
-        // just mapped unmoved for longer than a placement lasts.
-        options.environment["KWIN_COMPOSE"] = "N";
+        // With its compositor, as Plasma runs it: OpenGL, in software on this server.
         desktopSession({"kwin_x11"});
         break;
     case WindowManager::mutter:
