@@ -35,8 +35,9 @@ public:
     static constexpr std::chrono::milliseconds placementWindow{1000};
     // How long a window placed for the first time must keep the frame it reached before the
     // settle believes it (longer when the manager took longer to answer): a client that undoes
-    // every resize does so about as fast as its manager answered, later on a busy machine.
-    static constexpr std::chrono::milliseconds firstPlacementHold{20};
+    // every resize does so about as fast as its manager answered, later on a busy machine
+    // (a load of three processes per core delayed it past 20 ms).
+    static constexpr std::chrono::milliseconds firstPlacementHold{50};
     // How long that hold may run past a pass's limit, until the manager has also handled what
     // the client asked for meanwhile.
     static constexpr std::chrono::milliseconds firstPlacementLimit{1000};
