@@ -380,6 +380,7 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
     // The hold may outlast the pass: a client's undo reaches a busy compositing manager late.
     const auto holdLimit = deadline + firstPlacementLimit;
     int pings = 0;
+    Clock::time_point pingDeadline;
     bool holdComplete = false;
     bool lookedAtDeadline = false;
     while (!std::all_of(waiting.begin(), waiting.end(), [](const Waiting& w) { return w.done; })) {
@@ -395,13 +396,19 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
                     break;
                 }
                 ++pings;
+                pingDeadline = Clock::now() + ping_.patience();
             } else if (pings == 2 && ping_.isAnswered()) {
+                holdComplete = true;
+                break;
+            } else if (Clock::now() >= pingDeadline) {
+                qCDebug(lcX11) << "the window manager did not answer whether it is done";
+                ping_.giveUp();
                 holdComplete = true;
                 break;
             }
         }
         const auto until =
-            holdingAll ? std::min(pings > 0 ? holdLimit : holdEnd(), holdLimit) : deadline;
+            holdingAll ? std::min(pings > 0 ? pingDeadline : holdEnd(), holdLimit) : deadline;
         if (Clock::now() >= until) {
             if (holdingAll || lookedAtDeadline) {
                 break;

@@ -16,6 +16,7 @@ X11ManagerPing::X11ManagerPing(X11Connection& connection, X11WindowMirror& mirro
             property->window == window_ && property->atom == extents_) {
             // Each answer counts for every question asked before it.
             answers_ = asked_;
+            everAnswered_ = true;
         }
     });
 }
@@ -30,12 +31,13 @@ bool X11ManagerPing::send() {
         extents_ = connection_.atom(X11Atom::_NET_FRAME_EXTENTS);
     }
     if (request_ == XCB_ATOM_NONE || !mirror_.root().supports(request_) ||
-        !connection_.isUsable()) {
+        !connection_.isUsable() || (givenUp_ && generation_ == connection_.generation())) {
         return false;
     }
     if (window_ == XCB_WINDOW_NONE || generation_ != connection_.generation()) {
         window_ = xcb_generate_id(connection_.raw());
         generation_ = connection_.generation();
+        everAnswered_ = givenUp_ = false;
         const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_create_window(connection_.raw(), XCB_COPY_FROM_PARENT, window_, connection_.root(),
                           -100, -100, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
@@ -52,6 +54,15 @@ bool X11ManagerPing::send() {
     connection_.flush();
     ++asked_;
     return true;
+}
+
+std::chrono::milliseconds X11ManagerPing::patience() const {
+    return everAnswered_ ? std::chrono::milliseconds{1000} : std::chrono::milliseconds{300};
+}
+
+void X11ManagerPing::giveUp() {
+    givenUp_ = true;
+    answers_ = asked_;
 }
 
 } // namespace tilmora

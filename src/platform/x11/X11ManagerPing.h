@@ -6,6 +6,7 @@
 
 #include <xcb/xproto.h>
 
+#include <chrono>
 #include <cstdint>
 
 namespace tilmora {
@@ -25,6 +26,11 @@ public:
     bool send();
     // The manager has answered the last question sent.
     bool isAnswered() const { return answers_ >= asked_; }
+    // How long an answer is worth waiting for: a manager that lists the question may still
+    // leave it unanswered (fluxbox), so until one has come the wait is short.
+    std::chrono::milliseconds patience() const;
+    // The manager left a question unanswered: none is asked again on this connection.
+    void giveUp();
 
 private:
     X11Connection& connection_;
@@ -35,6 +41,8 @@ private:
     xcb_atom_t extents_ = XCB_ATOM_NONE;
     std::uint64_t asked_ = 0;
     std::uint64_t answers_ = 0;
+    bool everAnswered_ = false;
+    bool givenUp_ = false;
     int listener_ = 0;
 };
 
