@@ -100,6 +100,18 @@ public:
     // other main-loop work.
     virtual void settle(const std::vector<WindowElement>& windows,
                         std::chrono::milliseconds maximum) = 0;
+    // After the last pass: waits for the system to answer writes it has not answered at all
+    // yet, because a busy window manager can answer later than a pass lasts and its late frame
+    // must not be taken for the application's limit. A window that shows the frame asked for,
+    // or one its application is known to allow or enforce instead, is not waited for. Never
+    // longer than `maximum`; systems that answer at once need not wait. True when it waited,
+    // so that the windows are worth reading again.
+    virtual bool awaitLateAnswers(const std::vector<WindowElement>& windows,
+                                  std::chrono::milliseconds maximum) {
+        (void)windows;
+        (void)maximum;
+        return false;
+    }
 
     // --- The window server's view
 

@@ -28,6 +28,8 @@ const std::array<std::vector<Write>, 4> writePasses{{
 }};
 
 constexpr std::chrono::milliseconds settleTime{35};
+// How long a frame that no pass saw answered may still arrive before it is judged.
+constexpr std::chrono::milliseconds lateAnswerTime{1000};
 
 double distance(const CGRect& a, const CGRect& b) {
     return std::abs(a.minX() - b.minX()) + std::abs(a.minY() - b.minY()) +
@@ -101,6 +103,21 @@ WindowManager::placeTogether(const std::vector<FrameRequest>& requests) {
         }
     }
 
+    // Reads a window back after its writes were settled: the closest frame yet becomes the
+    // best, and one within the tolerance ends its placement.
+    const auto judge = [&](Progress& p, int attempts) {
+        const std::optional<CGRect> landed = readFrame(p.window);
+        if (!landed) {
+            return;
+        }
+        if (const double d = distance(p.frame, *landed); d < p.bestDistance) {
+            p.best = landed;
+            p.bestDistance = d;
+        }
+        if (landed->isClose(p.frame, placementTolerance_)) {
+            p.outcome = WindowPlacementResult{p.frame, *landed, attempts, true};
+        }
+    };
     for (std::size_t pass = 0; pass < writePasses.size(); ++pass) {
         std::vector<WindowElement> written;
         for (Progress& p : windows) {
@@ -121,20 +138,21 @@ WindowManager::placeTogether(const std::vector<FrameRequest>& requests) {
         }
         windowSystem_.settle(written, settleTime);
         for (Progress& p : windows) {
-            if (p.outcome) {
-                continue;
+            if (!p.outcome) {
+                judge(p, static_cast<int>(pass) + 1);
             }
-            const std::optional<CGRect> landed = readFrame(p.window);
-            if (!landed) {
-                continue;
-            }
-            if (const double d = distance(p.frame, *landed); d < p.bestDistance) {
-                p.best = landed;
-                p.bestDistance = d;
-            }
-            if (landed->isClose(p.frame, placementTolerance_)) {
-                p.outcome =
-                    WindowPlacementResult{p.frame, *landed, static_cast<int>(pass) + 1, true};
+        }
+    }
+    std::vector<WindowElement> unplaced;
+    for (const Progress& p : windows) {
+        if (!p.outcome) {
+            unplaced.push_back(p.window);
+        }
+    }
+    if (!unplaced.empty() && windowSystem_.awaitLateAnswers(unplaced, lateAnswerTime)) {
+        for (Progress& p : windows) {
+            if (!p.outcome) {
+                judge(p, static_cast<int>(writePasses.size()));
             }
         }
     }

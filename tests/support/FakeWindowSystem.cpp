@@ -150,13 +150,31 @@ std::int32_t FakeWindowSystem::setSize(WindowElement element, CGSize size) {
             const double unlimited = std::numeric_limits<double>::infinity();
             return std::min(std::max(value, minimum), maximum > 0 ? maximum : unlimited);
         };
-        w.frame.size = {limit(size.width, low.width, high.width),
-                        limit(size.height, low.height, high.height)};
+        const CGSize limited{limit(size.width, low.width, high.width),
+                             limit(size.height, low.height, high.height)};
+        if (w.answersLate) {
+            w.lateSize = limited;
+        } else {
+            w.frame.size = limited;
+        }
     });
 }
 
 void FakeWindowSystem::settle(const std::vector<WindowElement>&, std::chrono::milliseconds) {
     calls_.push_back(Call::settle);
+}
+
+bool FakeWindowSystem::awaitLateAnswers(const std::vector<WindowElement>& windows,
+                                        std::chrono::milliseconds) {
+    bool waited = false;
+    for (const WindowElement element : windows) {
+        Window* w = live(element);
+        if (w && w->lateSize) {
+            w->frame.size = *std::exchange(w->lateSize, std::nullopt);
+            waited = true;
+        }
+    }
+    return waited;
 }
 
 std::vector<OnScreenWindow> FakeWindowSystem::onScreenWindows() const {

@@ -38,6 +38,10 @@ public:
         // The window answers this many attribute reads and then closes; 0 closes it at the first
         // read, while settability and raise before it still work.
         std::optional<int> closesAfterReads{};
+        // Size writes take effect only once late answers are waited for, as under a window
+        // manager that is busy until after the passes.
+        bool answersLate = false;
+        std::optional<CGSize> lateSize{};
         std::int32_t layer = 0;
         bool isClosed = false;
         int readCount = 0;
@@ -76,6 +80,8 @@ public:
     std::int32_t setSize(WindowElement window, CGSize size) override;
     void settle(const std::vector<WindowElement>& windows,
                 std::chrono::milliseconds maximum) override;
+    bool awaitLateAnswers(const std::vector<WindowElement>& windows,
+                          std::chrono::milliseconds maximum) override;
     std::vector<OnScreenWindow> onScreenWindows() const override;
 
     void setScreens(std::vector<ScreenDescription> screens) { screens_ = std::move(screens); }

@@ -26,7 +26,8 @@ constexpr std::int64_t tolerance = 3;
 
 X11FrameWriter::X11FrameWriter(X11Connection& connection, X11WindowMirror& mirror)
     : connection_(connection)
-    , mirror_(mirror) {}
+    , mirror_(mirror)
+    , ping_(connection, mirror) {}
 
 bool X11FrameWriter::isBeingPlaced(xcb_window_t window) const {
     const auto found = placements_.find(window);
@@ -139,6 +140,7 @@ bool X11FrameWriter::send(xcb_window_t window, Placement& placement) {
     placement.clientHeight = std::max<std::int64_t>(
         placement.target.height - frame.top - frame.bottom + shadow.top + shadow.bottom, 1);
     placement.alreadyThere = record->outerFrame() == placement.target;
+    placement.answered = placement.alreadyThere;
     return true;
 }
 
@@ -337,16 +339,8 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
                 ->placement->sentAt;
         return *lastAnswer + std::max<Clock::duration>(firstPlacementHold, *lastAnswer - firstSent);
     };
-    while (!std::all_of(waiting.begin(), waiting.end(), [](const Waiting& w) { return w.done; })) {
-        const bool holdingAll = lastAnswer && answeredAll();
-        const auto until = holdingAll ? std::min(deadline, holdEnd()) : deadline;
-        if (Clock::now() >= until) {
-            break;
-        }
-        connection_.waitForEvents(until);
-        if (!connection_.isUsable()) {
-            return;
-        }
+    // Judges what arrived for each window since its request; true when any window answered.
+    const auto takeAnswers = [&] {
         bool answered = false;
         for (Waiting& w : waiting) {
             if (w.done) {
@@ -364,6 +358,7 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
             }
             w.seen = record->configureEvents;
             const Outcome now = outcome(w.window, *w.placement);
+            w.placement->answered = w.placement->answered || now != Outcome::pending;
             if (now == Outcome::allowedByHints ||
                 (now == Outcome::target && w.placement->answer == Answer::keepsFrames)) {
                 w.done = true;
@@ -380,12 +375,69 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
                 w.holding = false;
             }
         }
+        return answered;
+    };
+    // The hold may outlast the pass: a client's undo reaches a busy compositing manager late.
+    const auto holdLimit = deadline + firstPlacementLimit;
+    int pings = 0;
+    Clock::time_point pingDeadline;
+    bool holdComplete = false;
+    bool lookedAtDeadline = false;
+    while (!std::all_of(waiting.begin(), waiting.end(), [](const Waiting& w) { return w.done; })) {
+        const bool holdingAll = lastAnswer && answeredAll();
+        if (holdingAll && Clock::now() >= holdEnd()) {
+            // The manager must also have handled what the clients asked for until now. The
+            // server takes requests from its clients in no set order: a client's request sent
+            // just before the first question may still come after it, not after the second.
+            if (pings < 2 && (pings == 0 || ping_.isAnswered())) {
+                if (!ping_.send()) {
+                    qCDebug(lcX11) << "the window manager cannot be asked whether it is done";
+                    holdComplete = true;
+                    break;
+                }
+                ++pings;
+                pingDeadline = Clock::now() + ping_.patience();
+            } else if (pings == 2 && ping_.isAnswered()) {
+                holdComplete = true;
+                break;
+            } else if (Clock::now() >= pingDeadline) {
+                qCDebug(lcX11) << "the window manager did not answer whether it is done";
+                ping_.giveUp();
+                holdComplete = true;
+                break;
+            }
+        }
+        const auto until =
+            holdingAll ? std::min(pings > 0 ? pingDeadline : holdEnd(), holdLimit) : deadline;
+        if (Clock::now() >= until) {
+            if (holdingAll || lookedAtDeadline) {
+                break;
+            }
+            // A window whose manager answered after the pass's limit shows the frame to the
+            // read-back that follows: one not known to keep frames must first hold it too.
+            lookedAtDeadline = true;
+            bool unsure = false;
+            for (const Waiting& w : waiting) {
+                if (!w.done && !w.holding && w.placement->answer != Answer::keepsFrames) {
+                    unsure = freshRecord(w.window) || unsure;
+                }
+            }
+            if (!unsure || !mirror_.update() || !takeAnswers() || !answeredAll()) {
+                break;
+            }
+            continue;
+        }
+        connection_.waitForEvents(until);
+        if (!connection_.isUsable()) {
+            return;
+        }
+        const bool answered = takeAnswers();
         // A manager working through many windows is given the time again after each answer.
         if (answered && !answeredAll()) {
             deadline = std::max(deadline, Clock::now() + maximum);
         }
     }
-    if (lastAnswer && answeredAll() && Clock::now() >= holdEnd()) {
+    if (holdComplete) {
         for (const Waiting& w : waiting) {
             if (w.holding && w.placement->answer == Answer::unknown) {
                 w.placement->answer = Answer::keepsFrames;
@@ -393,6 +445,24 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
         }
     }
     mirror_.update();
+}
+
+bool X11FrameWriter::awaitLateAnswers(const std::vector<xcb_window_t>& windows,
+                                      std::chrono::milliseconds maximum) {
+    std::vector<xcb_window_t> unanswered;
+    for (const xcb_window_t window : windows) {
+        const auto found = placements_.find(window);
+        if (found != placements_.end() && isBeingPlaced(window) && !found->second.answered &&
+            found->second.answer != Answer::undoesResizes) {
+            unanswered.push_back(window);
+        }
+    }
+    if (unanswered.empty()) {
+        return false;
+    }
+    qCDebug(lcX11) << unanswered.size() << "window(s) not answered after the last pass";
+    settle(unanswered, maximum);
+    return true;
 }
 
 } // namespace tilmora

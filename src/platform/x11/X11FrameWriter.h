@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/x11/X11Geometry.h"
+#include "platform/x11/X11ManagerPing.h"
 
 #include <xcb/xproto.h>
 
@@ -34,8 +35,12 @@ public:
     static constexpr std::chrono::milliseconds placementWindow{1000};
     // How long a window placed for the first time must keep the frame it reached before the
     // settle believes it (longer when the manager took longer to answer): a client that undoes
-    // every resize does so about as fast as its manager answered, later on a busy machine.
-    static constexpr std::chrono::milliseconds firstPlacementHold{20};
+    // every resize does so about as fast as its manager answered, later on a busy machine
+    // (a load of three processes per core delayed it past 20 ms).
+    static constexpr std::chrono::milliseconds firstPlacementHold{50};
+    // How long that hold may run past a pass's limit, until the manager has also handled what
+    // the client asked for meanwhile.
+    static constexpr std::chrono::milliseconds firstPlacementLimit{1000};
 
     X11FrameWriter(X11Connection& connection, X11WindowMirror& mirror);
 
@@ -52,6 +57,11 @@ public:
     // the manager answers one after the other: `maximum` then counts from its latest answer
     // while windows are still unanswered.
     void settle(const std::vector<xcb_window_t>& windows, std::chrono::milliseconds maximum);
+    // After the last pass: settles, for up to `maximum`, the windows whose manager has not
+    // answered their last request at all (neither the frame nor what the hints allow has shown
+    // since it went out), unless they are known to undo resizes. True when there were any.
+    bool awaitLateAnswers(const std::vector<xcb_window_t>& windows,
+                          std::chrono::milliseconds maximum);
     // Written to in the current placement: its frame must be read from the server, unless
     // the settle has read it since the last request (what changed since comes as events).
     bool isBeingPlaced(xcb_window_t window) const;
@@ -78,6 +88,8 @@ private:
         bool alreadyThere = false;
         // Read from the server after the last request.
         bool readSinceSent = false;
+        // The frame asked for, or one the hints allow, has shown since the last request.
+        bool answered = false;
         Answer answer = Answer::unknown;
     };
 
@@ -105,6 +117,7 @@ private:
     X11Connection& connection_;
     X11WindowMirror& mirror_;
     std::unordered_map<xcb_window_t, Placement> placements_;
+    X11ManagerPing ping_;
 };
 
 } // namespace tilmora

@@ -24,6 +24,16 @@ constexpr std::chrono::microseconds eventCheckInterval{2000};
 constexpr std::chrono::milliseconds monitorCacheLifetime{500};
 constexpr std::uint32_t allDesktops = 0xFFFFFFFFU;
 
+std::vector<xcb_window_t> windowIds(const std::vector<WindowElement>& windows) {
+    std::vector<xcb_window_t> ids;
+    for (const WindowElement window : windows) {
+        if (window.value != 0 && window.value <= 0xFFFFFFFFU) {
+            ids.push_back(static_cast<xcb_window_t>(window.value));
+        }
+    }
+    return ids;
+}
+
 } // namespace
 
 X11WindowSystem::X11WindowSystem(X11Connection& connection)
@@ -462,13 +472,12 @@ std::int32_t X11WindowSystem::setSize(WindowElement window, CGSize size) {
 
 void X11WindowSystem::settle(const std::vector<WindowElement>& windows,
                              std::chrono::milliseconds maximum) {
-    std::vector<xcb_window_t> ids;
-    for (const WindowElement window : windows) {
-        if (window.value != 0 && window.value <= 0xFFFFFFFFU) {
-            ids.push_back(static_cast<xcb_window_t>(window.value));
-        }
-    }
-    writer_->settle(ids, maximum);
+    writer_->settle(windowIds(windows), maximum);
+}
+
+bool X11WindowSystem::awaitLateAnswers(const std::vector<WindowElement>& windows,
+                                       std::chrono::milliseconds maximum) {
+    return writer_->awaitLateAnswers(windowIds(windows), maximum);
 }
 
 // --- The window server's view

@@ -64,6 +64,8 @@ public:
     std::int32_t setSize(WindowElement window, CGSize size) override;
     void settle(const std::vector<WindowElement>& windows,
                 std::chrono::milliseconds maximum) override;
+    bool awaitLateAnswers(const std::vector<WindowElement>& windows,
+                          std::chrono::milliseconds maximum) override;
     std::vector<OnScreenWindow> onScreenWindows() const override;
 
     // The monitors as last read, primary first (read when none were read yet).

@@ -56,6 +56,8 @@ const std::vector<FrameCase> frameCases{
     FrameCase{"WithinTolerance", elsewhere, [](auto& w) { w.maximumSize = CGSize{998, 872}; }, Result{requested, {0, 25, 998, 872}, 1, true}, {}},
     FrameCase{"FourPointsOffIsNotExact", elsewhere, [](auto& w) { w.maximumSize = CGSize{996, 875}; }, Result{requested, {0, 25, 996, 875}, 4, false}, {}},
     FrameCase{"MinimumWidth", elsewhere, [](auto& w) { w.minimumSize = CGSize{1200, 0}; }, Result{requested, {0, 25, 1200, 875}, 4, false}, {}},
+    // The manager answers only after the passes: exact, not limited by the application.
+    FrameCase{"SizeArrivesAfterThePasses", elsewhere, [](auto& w) { w.answersLate = true; }, Result{requested, requested, 4, true}, {}},
     // Writes accepted but ignored: nothing comes closer than where the window started.
     FrameCase{"IgnoresEveryWrite", elsewhere, [](auto& w) { w.positionWriteRefusal = 0; w.sizeWriteRefusal = 0; }, Result{requested, elsewhere, 4, false}, {}},
     FrameCase{"RefusesSize", elsewhere, [](auto& w) { w.sizeWriteRefusal = -25200; }, std::nullopt, cannotMove + QStringLiteral("AX size: -25200, AX position: 0")},

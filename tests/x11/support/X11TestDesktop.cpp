@@ -373,8 +373,11 @@ bool X11TestDesktop::startWindowManager(WindowManager manager, bool replacing) {
         break;
     }
     case WindowManager::kwin:
-        // Without its compositor: on this software-rendered server it leaves a window it has
-        // just mapped unmoved for longer than a placement lasts.
+        // Without its compositor. With it (OpenGL in software on this server; KWIN_COMPOSE=Q
+        // is not offered on X11 and falls back to OpenGL) every case passes on a quiet
+        // machine, but with three busy processes per core kwin applied a client's undo of a
+        // resize after our two questions to it were answered, in two runs of three: the
+        // undoing client was then believed.
         options.environment["KWIN_COMPOSE"] = "N";
         desktopSession({"kwin_x11"});
         break;
@@ -608,27 +611,36 @@ std::optional<int> X11TestDesktop::runTool(std::vector<std::string> arguments) {
     return X11TestProcess::run(arguments, std::chrono::seconds(10), {{"DISPLAY", display_}});
 }
 
-bool X11TestDesktop::maximize(xcb_window_t window) {
-    const xcb_atom_t vertical = atom("_NET_WM_STATE_MAXIMIZED_VERT");
-    const xcb_atom_t horizontal = atom("_NET_WM_STATE_MAXIMIZED_HORZ");
+void X11TestDesktop::askManager(xcb_window_t window, const char* type,
+                                std::initializer_list<std::uint32_t> data) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = atom("_NET_WM_STATE");
-    // Add both, as the user (source indication 2).
-    message.data.data32[0] = 1;
-    message.data.data32[1] = vertical;
-    message.data.data32[2] = horizontal;
-    message.data.data32[3] = 2;
+    message.type = atom(type);
+    std::copy_n(data.begin(), std::min<std::size_t>(data.size(), 5), message.data.data32);
     xcb_send_event(observer_, 0, root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&message));
     xcb_flush(observer_);
+}
+
+bool X11TestDesktop::maximize(xcb_window_t window) {
+    const xcb_atom_t vertical = atom("_NET_WM_STATE_MAXIMIZED_VERT");
+    const xcb_atom_t horizontal = atom("_NET_WM_STATE_MAXIMIZED_HORZ");
+    // Add both, as the user does (source indication 2).
+    askManager(window, "_NET_WM_STATE", {1, vertical, horizontal, 2});
     return waitUntil([&] {
         const auto states = cardinals(window, "_NET_WM_STATE");
         return std::find(states.begin(), states.end(), vertical) != states.end() &&
                std::find(states.begin(), states.end(), horizontal) != states.end();
+    });
+}
+
+bool X11TestDesktop::activate(xcb_window_t window) {
+    askManager(window, "_NET_ACTIVE_WINDOW", {2, XCB_CURRENT_TIME, XCB_WINDOW_NONE});
+    return waitUntil([&] {
+        return cardinals(root(), "_NET_ACTIVE_WINDOW") == std::vector<std::uint32_t>{window};
     });
 }
 

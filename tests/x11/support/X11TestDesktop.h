@@ -114,6 +114,9 @@ public:
     // Asks the manager to maximize the window, as a double click on its title does, and waits
     // until the window is maximized.
     bool maximize(xcb_window_t window);
+    // Asks the manager to activate the window, as a click on it does, and waits until it is
+    // the active window.
+    bool activate(xcb_window_t window);
 
     bool setMonitor(const Monitor& monitor);
     // Replaces the root's RESOURCE_MANAGER with one line, "Xft.dpi: <dpi>", as xrdb would.
@@ -154,6 +157,9 @@ private:
     // The managed windows of a process, in the order the manager lists them.
     std::vector<xcb_window_t> windowsOf(pid_t pid) const;
     xcb_atom_t atom(const char* name) const;
+    // Sends the manager a client message about `window`, as pagers and tools do.
+    void askManager(xcb_window_t window, const char* type,
+                    std::initializer_list<std::uint32_t> data);
     void fakeInput(std::uint8_t type, std::uint8_t detail, std::int16_t x = 0, std::int16_t y = 0);
 
     QTemporaryDir scratch_;
