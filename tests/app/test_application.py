@@ -214,12 +214,18 @@ class Application(unittest.TestCase):
             said = "That shortcut is already used by your desktop or another app."
             wait_for("the recorded key", lambda: atspi.showing(app, "label", said))
             self.assertEqual(self.outer_frame("Notes"), before)
-            # A free combination is recorded, and Reset brings the default back.
+            # A free combination is recorded while the old one is grabbed, and opens the canvas.
             atspi.act(atspi.find(app, "push button", "\u2303\u2325Space"))
             atspi.find(app, "push button", "Type shortcut...")
-            self.session.run(["xdotool", "key", "ctrl+shift+k"])
-            atspi.find(app, "push button", "\u2303\u21e7K")
+            self.session.run(["xdotool", "key", "ctrl+alt+shift+p"])
+            atspi.find(app, "push button", "\u2303\u2325\u21e7P")
             self.screenshot("main-window-settings-recorded")
+            self.session.run(["xdotool", "key", "ctrl+alt+shift+p"])
+            wait_for("the canvas", lambda: '"Placement Canvas"' in self.session.run(
+                ["xwininfo", "-root", "-children"]).stdout)
+            self.session.run(["xdotool", "key", "Escape"])
+            wait_for("the canvas to close", lambda: '"Placement Canvas"' not in self.session.run(
+                ["xwininfo", "-root", "-children"]).stdout)
             atspi.act(atspi.find(app, "push button", "Reset Placement Canvas Hotkey"))
             atspi.find(app, "push button", "\u2303\u2325Space")
         finally:
