@@ -104,7 +104,7 @@ QRegion changedRegion(const QRectF& oldHeader, const QRectF& newHeader,
                    : QRegion();
     };
     return changed |
-           (drawn(oldPreview) | drawn(newPreview)) - (plain(oldPreview) & plain(newPreview));
+           ((drawn(oldPreview) | drawn(newPreview)) - (plain(oldPreview) & plain(newPreview)));
 }
 
 QRegion gridRegion(const std::vector<PlacementCanvasGeometry::LineSegment>& lines, QSizeF view) {

@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
                 {799, 599},
                 CGRect{640, 480, 160, 120}},
         Gesture{"PressOnTheCancelButton", {-1, -1}, {-1, -1}, std::nullopt}),
-    [](const testing::TestParamInfo<Gesture>& info) { return std::string(info.param.name); });
+    [](const testing::TestParamInfo<Gesture>& param) { return std::string(param.param.name); });
 
 TEST(PlacementCanvasViewTest, EscapeCancels) {
     const DisplayGeometry display = screenDisplay(1);

@@ -42,7 +42,7 @@ std::optional<std::uint8_t> x11KeyCode(std::uint32_t shortcutKeyCode) {
 
 std::optional<std::uint32_t> shortcutKeyCode(std::uint32_t x11KeyCode) {
     for (const auto& [position, evdev] : evdevCodes) {
-        if (evdev + evdevOffset == x11KeyCode) {
+        if (static_cast<std::uint32_t>(evdev + evdevOffset) == x11KeyCode) {
             return position;
         }
     }

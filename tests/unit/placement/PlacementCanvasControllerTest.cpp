@@ -36,14 +36,14 @@ public:
 
     std::vector<std::unique_ptr<PlacementOverlay>>
     interactive(const std::vector<std::pair<DisplayGeometry, DisplayLayoutProfile>>& displays,
-                const TilmoraWindow&, Apply apply, std::function<void()> cancel) override {
+                const TilmoraWindow&, Apply apply, std::function<void()> cancelled) override {
         std::vector<std::unique_ptr<PlacementOverlay>> overlays;
         for (const auto& [display, profile] : displays) {
             profiles.push_back(profile);
             overlays.push_back(std::make_unique<Overlay>(*this, ++created));
         }
         pick = apply;
-        this->cancel = cancel;
+        cancel = std::move(cancelled);
         return overlays;
     }
     std::unique_ptr<PlacementOverlay>
@@ -158,7 +158,7 @@ INSTANTIATE_TEST_SUITE_P(, PlacementCanvasControllerSequence, testing::Values(
              {"present 1", "present 2", "present 3", "present 4", "input 4", "dismiss 1",
               "dismiss 2"}, true, false},
     Sequence{"PreviewWithNothingOpenIsIgnored", {preview, clearPreview}, {}, false, false}),
-    [](const testing::TestParamInfo<Sequence>& info) { return std::string(info.param.name); });
+    [](const testing::TestParamInfo<Sequence>& param) { return std::string(param.param.name); });
 // clang-format on
 
 TEST(PlacementCanvasControllerTest, RefusalOfAReplacedSetLeavesTheNewSetOpen) {

@@ -32,13 +32,6 @@ QByteArray contents(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void plant(const QString& path, const QByteArray& text) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(text);
-}
-
 std::unique_ptr<PreferencesFile> open(const QString& path, FileCalls& calls = FileCalls::system()) {
     auto opened = PreferencesFile::open(path, PreferencesFile::Locking::eachWrite, calls);
     EXPECT_TRUE(opened) << opened.error().toStdString();
