@@ -200,7 +200,10 @@ void OptionDragCoordinator::resetDrag() {
 }
 
 std::optional<CGPoint> OptionDragCoordinator::currentMouseLocation(const InputEvent& event) const {
-    if (windowSystem_.screens().empty()) {
+    // The screens are a round trip to the server: a motion of a drag in progress goes by the
+    // displays the drag began with, every other event (the release included) asks again.
+    const bool moving = event.type == InputEvent::Type::leftMouseDragged && dragState_;
+    if (!moving && windowSystem_.screens().empty()) {
         return std::nullopt;
     }
     return event.location;
