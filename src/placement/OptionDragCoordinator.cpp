@@ -155,8 +155,14 @@ void OptionDragCoordinator::updateDragPreview(CGPoint point) {
 
 bool OptionDragCoordinator::followPointer(const InputEvent& event,
                                           const Configuration& configuration) {
+    // Checked before the location: a plain drag (the canvas's, any application's) must not
+    // cost a round trip to the server on every motion.
+    if (!qualifies(event, configuration.modifier)) {
+        resetDrag();
+        return false;
+    }
     const auto pointer = currentMouseLocation(event);
-    if (!qualifies(event, configuration.modifier) || !pointer) {
+    if (!pointer) {
         resetDrag();
         return false;
     }
