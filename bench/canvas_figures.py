@@ -47,7 +47,10 @@ def main():
         wait_for("the main window", lambda: session.run(
             ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip(),
             timeout=20)
-        session.run(["xdotool", "search", "--classname", "tilmora", "windowminimize"])
+        wait_for("the main window minimized", lambda: session.run(
+            ["xdotool", "search", "--onlyvisible", "--classname", "tilmora", "windowminimize"])
+            and not session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip())
         session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
         # The client becomes the instance in the same process.
         pid = instance.pid

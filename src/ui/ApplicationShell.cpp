@@ -32,6 +32,9 @@ ApplicationShell::ApplicationShell(AppStore& store, QObject* parent)
     store_.setPlacementCanvas(canvas_.get());
     connect(&store_, &AppStore::displayIdentificationRequested, identifier_.get(),
             &DisplayIdentifierController::show);
+    // The canvas windows wait, unmapped, for the monitors there are.
+    connect(&store_, &AppStore::connectedDisplaysChanged, this,
+            [this] { overlays_->prepare(store_.connectedDisplays()); });
 }
 
 ApplicationShell::~ApplicationShell() {

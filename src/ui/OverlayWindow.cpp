@@ -1,5 +1,8 @@
 #include "ui/OverlayWindow.h"
 
+#include "ui/OverlayLog.h"
+
+#include <QBackingStore>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
@@ -114,11 +117,18 @@ void OverlayWindow::composeBackground(bool overCapture,
     const double ratio = devicePixelRatioF();
     QImage image;
     if (overCapture && screen_) {
-        image = screen_->grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32);
+        image = capture_.capture(connection(), nativeFrame());
+        qCDebug(lcOverlay) << "captured" << display_.name << OverlayLog::stamp().constData();
     }
     if (image.isNull()) {
-        image = QImage((QSizeF(size()) * ratio).toSize(),
-                       composited_ ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+        const QSize pixels = (QSizeF(size()) * ratio).toSize();
+        const QImage::Format format =
+            composited_ ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+        // The image of the last opening serves again when it fits.
+        image = std::exchange(background_, QImage());
+        if (image.size() != pixels || image.format() != format) {
+            image = QImage(pixels, format);
+        }
         image.fill(composited_ ? Qt::transparent : Qt::black);
     }
     image.setDevicePixelRatio(ratio);
@@ -126,6 +136,7 @@ void OverlayWindow::composeBackground(bool overCapture,
     draw(painter);
     painter.end();
     background_ = std::move(image);
+    qCDebug(lcOverlay) << "composed" << display_.name << OverlayLog::stamp().constData();
 }
 
 void OverlayWindow::paintBackground(QPainter& painter, const QRegion& region) const {
@@ -146,13 +157,35 @@ void OverlayWindow::clearToTransparent(QPainter& painter) const {
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
+void OverlayWindow::prepareBackingStore() {
+    QBackingStore* store = backingStore();
+    if (!store) {
+        return;
+    }
+    store->resize(size());
+    const QRegion all(rect());
+    store->beginPaint(all);
+    if (QPaintDevice* device = store->paintDevice()) {
+        QPainter painter(device);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(rect(), Qt::transparent);
+    }
+    store->endPaint();
+}
+
 void OverlayWindow::present() {
     show();
     raise();
+    qCDebug(lcOverlay) << "mapped" << display_.name << OverlayLog::stamp().constData();
 }
 
 void OverlayWindow::dismiss() {
     refused_ = nullptr;
+    // The window is kept for the next opening: its grabs go with this one.
+    if (QWindow* window = windowHandle(); window && isVisible()) {
+        window->setKeyboardGrabEnabled(false);
+        window->setMouseGrabEnabled(false);
+    }
     hide();
     if (xcb_connection_t* x11 = connection(); x11 && previousFocus_ != 0) {
         // Checked and discarded: the window may be gone by now, which is not worth an error.

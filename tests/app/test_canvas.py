@@ -81,8 +81,13 @@ class Canvas(unittest.TestCase):
             wait_for("the main window", lambda: cls.session.run(
                 ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip(),
                 timeout=20)
-            # The main window covers part of the left monitor; the terminal is the target.
-            cls.session.run(["xdotool", "search", "--classname", "tilmora", "windowminimize"])
+            # The main window covers part of the left monitor; the terminal is the target. Asked
+            # again until it is gone: a request while the window manager still takes the window
+            # in is lost.
+            wait_for("the main window minimized", lambda: cls.session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora",
+                 "windowminimize"]) and not cls.session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip())
         except BaseException:
             cls.session.__exit__(None, None, None)
             raise
