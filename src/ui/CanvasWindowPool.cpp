@@ -38,6 +38,11 @@ CanvasWindowPool::~CanvasWindowPool() = default;
 
 std::unique_ptr<PlacementOverlay> CanvasWindowPool::take(const DisplayGeometry& display,
                                                          PlacementCanvasView*& view) {
+    // A window made translucent for a compositor that has gone, or opaque before one came,
+    // would show black or nothing: such windows are made again.
+    const bool composited = OverlayWindow::compositorRunning();
+    std::erase_if(idle_,
+                  [composited](const auto& idle) { return idle->composited() != composited; });
     const auto kept = std::find_if(idle_.begin(), idle_.end(), [&display](const auto& idle) {
         return idle->display() == display;
     });
