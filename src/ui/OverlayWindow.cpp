@@ -31,23 +31,23 @@ QRect nativeGeometry(const QScreen* screen) {
                                      int(std::lround(logical.height() * ratio)))};
 }
 
-// The monitor the display describes: its frame is in points from the primary monitor's
-// top-left corner, so scaled back and moved by that corner it is the monitor's native rectangle.
-QScreen* screenOf(const DisplayGeometry& display) {
-    const QList<QScreen*> screens = QGuiApplication::screens();
+// The monitor's native rectangle: the display's frame is in points from the primary monitor's
+// top-left corner, so scaled back and moved by that corner it is where the monitor is.
+QRect nativeRectOf(const DisplayGeometry& display) {
     QScreen* primary = QGuiApplication::primaryScreen();
-    if (!primary) {
-        return nullptr;
-    }
-    const QPoint origin = nativeGeometry(primary).topLeft();
+    const QPoint origin = primary ? nativeGeometry(primary).topLeft() : QPoint();
     const double scale = display.scaleFactor > 0 ? display.scaleFactor : 1.0;
-    const QRect wanted(int(std::lround(display.frame.origin.x * scale)) + origin.x(),
-                       int(std::lround(display.frame.origin.y * scale)) + origin.y(),
-                       int(std::lround(display.frame.size.width * scale)),
-                       int(std::lround(display.frame.size.height * scale)));
-    QScreen* best = primary;
+    return {int(std::lround(display.frame.origin.x * scale)) + origin.x(),
+            int(std::lround(display.frame.origin.y * scale)) + origin.y(),
+            int(std::lround(display.frame.size.width * scale)),
+            int(std::lround(display.frame.size.height * scale))};
+}
+
+// The screen that shows most of that rectangle.
+QScreen* screenOf(const QRect& wanted) {
+    QScreen* best = QGuiApplication::primaryScreen();
     qint64 bestArea = -1;
-    for (QScreen* screen : screens) {
+    for (QScreen* screen : QGuiApplication::screens()) {
         const QRect shared = nativeGeometry(screen).intersected(wanted);
         const qint64 area = shared.isEmpty() ? 0 : qint64(shared.width()) * shared.height();
         if (nativeGeometry(screen) == wanted) {
@@ -67,7 +67,7 @@ OverlayWindow::OverlayWindow(const DisplayGeometry& display, Input input)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                            Qt::X11BypassWindowManagerHint)
     , display_(display)
-    , screen_(screenOf(display))
+    , screen_(screenOf(nativeRectOf(display)))
     , composited_(compositorRunning()) {
     if (input == Input::passedThrough) {
         // Before the platform window exists, so that it is made with an empty input shape.
@@ -83,7 +83,12 @@ OverlayWindow::OverlayWindow(const DisplayGeometry& display, Input input)
     setAttribute(Qt::WA_NoSystemBackground);
     if (screen_) {
         setScreen(screen_);
-        setGeometry(screen_->geometry());
+        // Where the display says, which the server may report before Qt has its screens
+        // again: positions are the server's pixels, sizes Qt's.
+        const QRect native = nativeRectOf(display);
+        const double ratio = screen_->devicePixelRatio();
+        setGeometry(QRect(native.topLeft(), QSize(int(std::lround(native.width() / ratio)),
+                                                  int(std::lround(native.height() / ratio)))));
         // A monitor that moves, changes its size or scale, or goes away leaves this overlay
         // describing something that is no longer there.
         connect(screen_, &QScreen::geometryChanged, this, &OverlayWindow::monitorChanged);
@@ -97,6 +102,10 @@ OverlayWindow::OverlayWindow(const DisplayGeometry& display, Input input)
 }
 
 void OverlayWindow::monitorChanged() {
+    // Made for the monitor as it is now (the display was read before Qt caught up): it stays.
+    if (screen_ && geometry() == screen_->geometry()) {
+        return;
+    }
     hide();
 }
 
