@@ -88,8 +88,8 @@ void PlacementCanvasView::open(const TilmoraWindow& target, const DisplayLayoutP
     // Without a compositor the window cannot be seen through: it shows the monitor as it was
     // before the window was mapped.
     composeBackground(!composited(), [this](QPainter& painter) {
-        painter.fillRect(rect(), PlacementCanvasStyle::interactiveBackdrop);
-        CanvasPainting::drawSurface(painter, localVisible_);
+        CanvasPainting::drawBackdropAndSurface(
+            painter, rect(), PlacementCanvasStyle::interactiveBackdrop, localVisible_);
         CanvasPainting::drawGrid(painter, gridLines_, size());
     });
     if (session_) {
