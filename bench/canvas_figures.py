@@ -49,11 +49,17 @@ def main():
         wait_for("the main window", lambda: session.run(
             ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip(),
             timeout=20)
-        wait_for("the main window minimized", lambda: session.run(
-            ["xdotool", "search", "--onlyvisible", "--classname", "tilmora", "windowminimize"])
-            and not session.run(
-                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip())
-        session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
+
+        def terminal_is_target():
+            # Asked until it holds: a minimise request while openbox still takes the main
+            # window in is lost, and the window can come back while the instance starts.
+            session.run(["xdotool", "search", "--onlyvisible", "--classname", "tilmora",
+                         "windowminimize"])
+            session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
+            return not session.run(
+                ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip()
+
+        wait_for("the terminal active, the main window minimised", terminal_is_target)
         # The client becomes the instance in the same process.
         pid = instance.pid
         x = Xlib(session.display)
@@ -74,6 +80,7 @@ def main():
 
         # A drag on the right monitor: each move widens the preview by 4 pixels; its right
         # edge is watched just inside the new width.
+        wait_for("the terminal active, the main window minimised", terminal_is_target)
         x.chord("Control_L", "Alt_L", "space")
         bare = x.pixel(*spots[1])
         until(lambda: x.pixel(*spots[1]) != bare)

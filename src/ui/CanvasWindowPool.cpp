@@ -1,5 +1,6 @@
 #include "ui/CanvasWindowPool.h"
 
+#include "ui/OverlayLog.h"
 #include "ui/PlacementCanvasView.h"
 
 #include <QGuiApplication>
@@ -47,12 +48,17 @@ std::unique_ptr<PlacementOverlay> CanvasWindowPool::take(const DisplayGeometry& 
         return idle->display() == display;
     });
     std::unique_ptr<PlacementCanvasView> window;
-    if (kept != idle_.end()) {
+    const bool reused = kept != idle_.end();
+    if (reused) {
         window = std::move(*kept);
         idle_.erase(kept);
     } else {
+        // A window kept for this monitor as it was (its usable area changed since) is of no use.
+        std::erase_if(idle_,
+                      [&display](const auto& idle) { return idle->display().id == display.id; });
         window = std::make_unique<PlacementCanvasView>(display);
     }
+    qCDebug(lcOverlay) << (reused ? "kept" : "new") << "window for" << display.name;
     view = window.get();
     ++leased_;
     return std::make_unique<Lease>(std::move(window), weak_from_this());
@@ -70,7 +76,7 @@ void CanvasWindowPool::prepare(const std::vector<DisplayGeometry>& displays) {
         if (std::none_of(idle_.begin(), idle_.end(),
                          [&display](const auto& idle) { return idle->display() == display; })) {
             idle_.push_back(std::make_unique<PlacementCanvasView>(display));
-            idle_.back()->prepareBackingStore();
+            idle_.back()->prepareMemory();
         }
     }
 }

@@ -166,7 +166,10 @@ void OverlayWindow::clearToTransparent(QPainter& painter) const {
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
-void OverlayWindow::prepareBackingStore() {
+void OverlayWindow::prepareMemory() {
+    if (!composited_) {
+        capture_.capture(connection(), nativeFrame());
+    }
     QBackingStore* store = backingStore();
     if (!store) {
         return;

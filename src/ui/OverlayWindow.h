@@ -31,9 +31,10 @@ public:
     QPointF nativePoint(QPointF local) const;
     QPointF localPoint(QPointF native) const;
 
-    // The window's backing store allocated and written once while unmapped, so that the first
-    // opening does not pay for the first touch of its memory.
-    void prepareBackingStore();
+    // The window's backing store, and without a compositor its capture memory, allocated and
+    // written once while unmapped, so that the first opening does not pay for the first touch
+    // of that memory on either side of the connection.
+    void prepareMemory();
 
     void present() override;
     // Tries the pointer and keyboard grab for about half a second, as another client (a menu

@@ -1,5 +1,7 @@
 #include "ui/ScreenCapture.h"
 
+#include "ui/OverlayLog.h"
+
 #include <xcb/shm.h>
 #include <xcb/xcb.h>
 
@@ -72,12 +74,15 @@ bool ScreenCapture::attach(xcb_connection_t* connection, QSize size) {
     }
     memory_ = static_cast<unsigned char*>(memory);
     segment_ = xcb_generate_id(connection);
+    // Not read-only: the server writes the capture into it.
     const Reply<xcb_generic_error_t> error(
         xcb_request_check(connection,
-                          xcb_shm_attach_checked(connection, segment_, std::uint32_t(shmId_), 1)),
+                          xcb_shm_attach_checked(connection, segment_, std::uint32_t(shmId_), 0)),
         &std::free);
     connection_ = connection;
     size_ = size;
+    qCDebug(lcOverlay) << "shared memory for a capture of" << size
+                       << OverlayLog::stamp().constData();
     if (error) {
         segment_ = 0;
         detach();
