@@ -15,7 +15,7 @@ namespace {
 constexpr double cornerRadius = 8;
 constexpr double shadowRadius = 14;
 constexpr double shadowOffset = 6;
-constexpr int shadowSteps = 7;
+constexpr int shadowSteps = 3;
 
 } // namespace
 
