@@ -149,15 +149,19 @@ void OverlayWindow::composeBackground(bool overCapture,
 }
 
 void OverlayWindow::paintBackground(QPainter& painter, const QRegion& region) const {
+    painter.save();
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    // Rectangle by rectangle: a drag repaints thin strips of a screen-sized image.
+    // Rectangle by rectangle, each its own clip: a drag repaints thin strips of a screen-sized
+    // image, and under a clip of many rectangles Qt copies span by span (handing tall strips to
+    // its thread pool) where one rectangle is a plain copy.
     const double ratio = background_.devicePixelRatio();
     for (const QRect& rect : region) {
+        painter.setClipRect(rect);
         painter.drawImage(QRectF(rect), background_,
                           QRectF(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio,
                                  rect.height() * ratio));
     }
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.restore();
 }
 
 void OverlayWindow::clearToTransparent(QPainter& painter) const {
