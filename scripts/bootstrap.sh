@@ -15,7 +15,7 @@ packages=(
   # the X11 backend: xcb and its extensions
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-randr0-dev libxcb-xinerama0-dev
   libxcb-res0-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-keysyms1-dev
-  libxcb-sync-dev
+  libxcb-sync-dev libxcb-shm0-dev
   # X11 tests: servers, window managers, clients and command-line tools
   xvfb openbox icewm fluxbox xfwm4 xfconf dbus-daemon xterm x11-xserver-utils x11-utils x11-xkb-utils xdotool wmctrl
   # the big desktops' window managers (KDE, GNOME, Cinnamon, MATE, GNOME Flashback) with the

@@ -77,12 +77,27 @@ void PlacementCanvasController::showPassive(
     close();
     passiveState_ =
         std::make_shared<PlacementCanvasPreviewState>(target, displayProfiles, modifier);
+    presentPassive(displays);
+}
+
+void PlacementCanvasController::presentPassive(const std::vector<DisplayGeometry>& displays) {
+    passiveDisplays_ = displays;
     for (const DisplayGeometry& display : displays) {
         windows_.push_back(factory_.passive(display, passiveState_));
     }
     for (const auto& window : windows_) {
         window->present();
     }
+}
+
+void PlacementCanvasController::followDisplays(const std::vector<DisplayGeometry>& displays) {
+    if (!passiveState_ || displays == passiveDisplays_) {
+        return;
+    }
+    const auto state = passiveState_;
+    close();
+    passiveState_ = state;
+    presentPassive(displays);
 }
 
 void PlacementCanvasController::updatePassivePreview(
@@ -99,6 +114,7 @@ void PlacementCanvasController::close() {
         std::make_shared<std::vector<std::unique_ptr<PlacementOverlay>>>(std::move(windows_));
     windows_.clear();
     passiveState_.reset();
+    passiveDisplays_.clear();
     if (taken->empty()) {
         return;
     }

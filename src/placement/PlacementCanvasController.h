@@ -37,12 +37,20 @@ public:
                               const std::optional<DisplayGeometry>& display) override;
     void close() override;
 
+    // The monitors changed: a shown live preview moves onto the new set, windows made again
+    // with the same shared state; the interactive canvas is left to cancel itself, as a drawing
+    // on a monitor that moved would land somewhere else.
+    void followDisplays(const std::vector<DisplayGeometry>& displays);
+
 private:
+    void presentPassive(const std::vector<DisplayGeometry>& displays);
+
     PlacementOverlayFactory& factory_;
     Scheduler& scheduler_;
     std::function<void(const QString&)> failed_;
     std::vector<std::unique_ptr<PlacementOverlay>> windows_;
     std::shared_ptr<PlacementCanvasPreviewState> passiveState_;
+    std::vector<DisplayGeometry> passiveDisplays_;
     // Lets the deferred work of a view's callback find out that the controller is gone.
     std::shared_ptr<PlacementCanvasController*> alive_;
 };

@@ -15,6 +15,8 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QScreen>
+#include <QTimer>
 
 namespace tilmora {
 
@@ -32,6 +34,34 @@ ApplicationShell::ApplicationShell(AppStore& store, QObject* parent)
     store_.setPlacementCanvas(canvas_.get());
     connect(&store_, &AppStore::displayIdentificationRequested, identifier_.get(),
             &DisplayIdentifierController::show);
+    // The canvas windows wait, unmapped, for the monitors there are.
+    // Shown overlays follow a change of the monitors.
+    connect(&store_, &AppStore::connectedDisplaysChanged, this, [this] {
+        const std::vector<DisplayGeometry>& displays = store_.connectedDisplays();
+        overlays_->prepare(displays);
+        canvas_->followDisplays(displays);
+        identifier_->followDisplays(displays);
+    });
+    // A monitor that comes, goes or changes is read at once rather than at the next refresh.
+    const auto screensChanged = [this] {
+        QTimer::singleShot(0, this, [this] {
+            if (store_.hasStarted()) {
+                store_.refresh();
+            }
+        });
+    };
+    const auto watch = [this, screensChanged](QScreen* screen) {
+        connect(screen, &QScreen::geometryChanged, this, screensChanged);
+        connect(screen, &QScreen::availableGeometryChanged, this, screensChanged);
+    };
+    for (QScreen* screen : QGuiApplication::screens()) {
+        watch(screen);
+    }
+    connect(qApp, &QGuiApplication::screenAdded, this, [watch, screensChanged](QScreen* screen) {
+        watch(screen);
+        screensChanged();
+    });
+    connect(qApp, &QGuiApplication::screenRemoved, this, screensChanged);
 }
 
 ApplicationShell::~ApplicationShell() {

@@ -1,6 +1,7 @@
 #include "ui/ArrangeMenu.h"
 
 #include "core/AppStore.h"
+#include "ui/AfterMenuCloses.h"
 #include "ui/LayoutSymbolIcon.h"
 #include "ui/MenuText.h"
 #include "ui/SymbolIcon.h"
@@ -22,8 +23,9 @@ ArrangeMenu::ArrangeMenu(AppStore& store, QWidget* parent)
               [this] { store_.moveTargetToNextDisplay(); })
         ->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::META | Qt::Key_N));
     // The title shows the global hot key; a menu shortcut would only duplicate it.
-    canvas_ = addAction(SymbolIcon::icon(QStringLiteral("rectangle.dashed")), QString(), this,
-                        [this] { store_.showPlacementCanvas(); });
+    canvas_ =
+        addAction(SymbolIcon::icon(QStringLiteral("rectangle.dashed")), QString(), this,
+                  [this] { afterMenuCloses(this, [this] { store_.showPlacementCanvas(); }); });
     addAction(SymbolIcon::icon(QStringLiteral("arrow.clockwise")),
               QStringLiteral("Refresh Windows"), this, [this] { store_.refresh(); })
         ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));

@@ -15,7 +15,7 @@ namespace {
 constexpr double cornerRadius = 8;
 constexpr double shadowRadius = 14;
 constexpr double shadowOffset = 6;
-constexpr int shadowSteps = 7;
+constexpr int shadowSteps = 3;
 
 } // namespace
 
@@ -23,9 +23,32 @@ QRectF toQt(const CGRect& rect) {
     return {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height};
 }
 
-void drawSurface(QPainter& painter, const CGRect& localVisible) {
+namespace {
+
+// `over` laid on `under`, as one colour: one pass over the pixels instead of two.
+QColor stacked(const QColor& under, const QColor& over) {
+    const double alpha = 1 - (1 - under.alphaF()) * (1 - over.alphaF());
+    if (alpha <= 0) {
+        return Qt::transparent;
+    }
+    const auto channel = [&](double below, double above) {
+        return (below * under.alphaF() * (1 - over.alphaF()) + above * over.alphaF()) / alpha;
+    };
+    return QColor::fromRgbF(float(channel(under.redF(), over.redF())),
+                            float(channel(under.greenF(), over.greenF())),
+                            float(channel(under.blueF(), over.blueF())), float(alpha));
+}
+
+} // namespace
+
+void drawBackdropAndSurface(QPainter& painter, const QRect& view, const QColor& backdrop,
+                            const CGRect& localVisible) {
     const QRectF area = toQt(localVisible);
-    painter.fillRect(area, PlacementCanvasStyle::surfaceFill);
+    // The backdrop around the usable area, both colours at once over it.
+    for (const QRect& rect : QRegion(view) - QRegion(area.toAlignedRect())) {
+        painter.fillRect(rect, backdrop);
+    }
+    painter.fillRect(area, stacked(backdrop, PlacementCanvasStyle::surfaceFill));
     painter.setPen(QPen(PlacementCanvasStyle::surfaceStroke, 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(area.adjusted(0.5, 0.5, -0.5, -0.5));

@@ -4,6 +4,7 @@
 
 #include "geometry/PlacementCanvasGeometry.h"
 
+#include <QColor>
 #include <QRectF>
 #include <QRegion>
 
@@ -16,7 +17,9 @@ namespace tilmora::CanvasPainting {
 
 QRectF toQt(const CGRect& rect);
 
-void drawSurface(QPainter& painter, const CGRect& localVisible);
+// The backdrop over the whole view, the usable area filled and bordered over it.
+void drawBackdropAndSurface(QPainter& painter, const QRect& view, const QColor& backdrop,
+                            const CGRect& localVisible);
 void drawGrid(QPainter& painter, const std::vector<PlacementCanvasGeometry::LineSegment>& lines,
               QSizeF view);
 void drawPreview(QPainter& painter, const CGRect& preview);

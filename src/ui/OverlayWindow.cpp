@@ -1,5 +1,8 @@
 #include "ui/OverlayWindow.h"
 
+#include "ui/OverlayLog.h"
+
+#include <QBackingStore>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
@@ -28,23 +31,23 @@ QRect nativeGeometry(const QScreen* screen) {
                                      int(std::lround(logical.height() * ratio)))};
 }
 
-// The monitor the display describes: its frame is in points from the primary monitor's
-// top-left corner, so scaled back and moved by that corner it is the monitor's native rectangle.
-QScreen* screenOf(const DisplayGeometry& display) {
-    const QList<QScreen*> screens = QGuiApplication::screens();
+// The monitor's native rectangle: the display's frame is in points from the primary monitor's
+// top-left corner, so scaled back and moved by that corner it is where the monitor is.
+QRect nativeRectOf(const DisplayGeometry& display) {
     QScreen* primary = QGuiApplication::primaryScreen();
-    if (!primary) {
-        return nullptr;
-    }
-    const QPoint origin = nativeGeometry(primary).topLeft();
+    const QPoint origin = primary ? nativeGeometry(primary).topLeft() : QPoint();
     const double scale = display.scaleFactor > 0 ? display.scaleFactor : 1.0;
-    const QRect wanted(int(std::lround(display.frame.origin.x * scale)) + origin.x(),
-                       int(std::lround(display.frame.origin.y * scale)) + origin.y(),
-                       int(std::lround(display.frame.size.width * scale)),
-                       int(std::lround(display.frame.size.height * scale)));
-    QScreen* best = primary;
+    return {int(std::lround(display.frame.origin.x * scale)) + origin.x(),
+            int(std::lround(display.frame.origin.y * scale)) + origin.y(),
+            int(std::lround(display.frame.size.width * scale)),
+            int(std::lround(display.frame.size.height * scale))};
+}
+
+// The screen that shows most of that rectangle.
+QScreen* screenOf(const QRect& wanted) {
+    QScreen* best = QGuiApplication::primaryScreen();
     qint64 bestArea = -1;
-    for (QScreen* screen : screens) {
+    for (QScreen* screen : QGuiApplication::screens()) {
         const QRect shared = nativeGeometry(screen).intersected(wanted);
         const qint64 area = shared.isEmpty() ? 0 : qint64(shared.width()) * shared.height();
         if (nativeGeometry(screen) == wanted) {
@@ -64,7 +67,7 @@ OverlayWindow::OverlayWindow(const DisplayGeometry& display, Input input)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                            Qt::X11BypassWindowManagerHint)
     , display_(display)
-    , screen_(screenOf(display))
+    , screen_(screenOf(nativeRectOf(display)))
     , composited_(compositorRunning()) {
     if (input == Input::passedThrough) {
         // Before the platform window exists, so that it is made with an empty input shape.
@@ -80,7 +83,12 @@ OverlayWindow::OverlayWindow(const DisplayGeometry& display, Input input)
     setAttribute(Qt::WA_NoSystemBackground);
     if (screen_) {
         setScreen(screen_);
-        setGeometry(screen_->geometry());
+        // Where the display says, which the server may report before Qt has its screens
+        // again: positions are the server's pixels, sizes Qt's.
+        const QRect native = nativeRectOf(display);
+        const double ratio = screen_->devicePixelRatio();
+        setGeometry(QRect(native.topLeft(), QSize(int(std::lround(native.width() / ratio)),
+                                                  int(std::lround(native.height() / ratio)))));
         // A monitor that moves, changes its size or scale, or goes away leaves this overlay
         // describing something that is no longer there.
         connect(screen_, &QScreen::geometryChanged, this, &OverlayWindow::monitorChanged);
@@ -94,6 +102,10 @@ OverlayWindow::OverlayWindow(const DisplayGeometry& display, Input input)
 }
 
 void OverlayWindow::monitorChanged() {
+    // Made for the monitor as it is now (the display was read before Qt caught up): it stays.
+    if (screen_ && geometry() == screen_->geometry()) {
+        return;
+    }
     hide();
 }
 
@@ -114,11 +126,18 @@ void OverlayWindow::composeBackground(bool overCapture,
     const double ratio = devicePixelRatioF();
     QImage image;
     if (overCapture && screen_) {
-        image = screen_->grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32);
+        image = capture_.capture(connection(), nativeFrame());
+        qCDebug(lcOverlay) << "captured" << display_.name << OverlayLog::stamp().constData();
     }
     if (image.isNull()) {
-        image = QImage((QSizeF(size()) * ratio).toSize(),
-                       composited_ ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+        const QSize pixels = (QSizeF(size()) * ratio).toSize();
+        const QImage::Format format =
+            composited_ ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+        // The image of the last opening serves again when it fits.
+        image = std::exchange(background_, QImage());
+        if (image.size() != pixels || image.format() != format) {
+            image = QImage(pixels, format);
+        }
         image.fill(composited_ ? Qt::transparent : Qt::black);
     }
     image.setDevicePixelRatio(ratio);
@@ -126,18 +145,23 @@ void OverlayWindow::composeBackground(bool overCapture,
     draw(painter);
     painter.end();
     background_ = std::move(image);
+    qCDebug(lcOverlay) << "composed" << display_.name << OverlayLog::stamp().constData();
 }
 
 void OverlayWindow::paintBackground(QPainter& painter, const QRegion& region) const {
+    painter.save();
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    // Rectangle by rectangle: a drag repaints thin strips of a screen-sized image.
+    // Rectangle by rectangle, each its own clip: a drag repaints thin strips of a screen-sized
+    // image, and under a clip of many rectangles Qt copies span by span (handing tall strips to
+    // its thread pool) where one rectangle is a plain copy.
     const double ratio = background_.devicePixelRatio();
     for (const QRect& rect : region) {
+        painter.setClipRect(rect);
         painter.drawImage(QRectF(rect), background_,
                           QRectF(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio,
                                  rect.height() * ratio));
     }
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.restore();
 }
 
 void OverlayWindow::clearToTransparent(QPainter& painter) const {
@@ -146,13 +170,38 @@ void OverlayWindow::clearToTransparent(QPainter& painter) const {
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
+void OverlayWindow::prepareMemory() {
+    if (!composited_) {
+        capture_.capture(connection(), nativeFrame());
+    }
+    QBackingStore* store = backingStore();
+    if (!store) {
+        return;
+    }
+    store->resize(size());
+    const QRegion all(rect());
+    store->beginPaint(all);
+    if (QPaintDevice* device = store->paintDevice()) {
+        QPainter painter(device);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(rect(), Qt::transparent);
+    }
+    store->endPaint();
+}
+
 void OverlayWindow::present() {
     show();
     raise();
+    qCDebug(lcOverlay) << "mapped" << display_.name << OverlayLog::stamp().constData();
 }
 
 void OverlayWindow::dismiss() {
     refused_ = nullptr;
+    // The window is kept for the next opening: its grabs go with this one.
+    if (QWindow* window = windowHandle(); window && isVisible()) {
+        window->setKeyboardGrabEnabled(false);
+        window->setMouseGrabEnabled(false);
+    }
     hide();
     if (xcb_connection_t* x11 = connection(); x11 && previousFocus_ != 0) {
         // Checked and discarded: the window may be gone by now, which is not worth an error.

@@ -6,6 +6,7 @@
 
 #include "geometry/DisplayGeometry.h"
 #include "placement/PlacementOverlayFactory.h"
+#include "ui/ScreenCapture.h"
 
 #include <QImage>
 #include <QWidget>
@@ -29,6 +30,11 @@ public:
     QRect nativeFrame() const;
     QPointF nativePoint(QPointF local) const;
     QPointF localPoint(QPointF native) const;
+
+    // The window's backing store, and without a compositor its capture memory, allocated and
+    // written once while unmapped, so that the first opening does not pay for the first touch
+    // of that memory on either side of the connection.
+    void prepareMemory();
 
     void present() override;
     // Tries the pointer and keyboard grab for about half a second, as another client (a menu
@@ -61,6 +67,7 @@ private:
     DisplayGeometry display_;
     QScreen* screen_ = nullptr;
     bool composited_ = false;
+    ScreenCapture capture_;
     QImage background_;
     int grabAttempts_ = 0;
     std::function<void(const QString&)> refused_;

@@ -30,8 +30,8 @@ PassivePlacementCanvasView::PassivePlacementCanvasView(
     gridLines_ = canvas::gridLines(display, profile.columns, profile.rows, display.frame.size);
     composeBackground(false, [this](QPainter& painter) {
         if (composited()) {
-            painter.fillRect(rect(), PlacementCanvasStyle::passiveBackdrop);
-            CanvasPainting::drawSurface(painter, localVisible_);
+            CanvasPainting::drawBackdropAndSurface(
+                painter, rect(), PlacementCanvasStyle::passiveBackdrop, localVisible_);
         } else {
             // Shaped: a tint and the surface would only show as a frozen copy; what is drawn
             // is opaque over a dark base so that it reads over any window.

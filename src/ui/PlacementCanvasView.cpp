@@ -1,6 +1,7 @@
 #include "ui/PlacementCanvasView.h"
 
 #include "ui/CanvasPainting.h"
+#include "ui/OverlayLog.h"
 #include "ui/PlacementCanvasStyle.h"
 
 #include <QKeyEvent>
@@ -48,37 +49,64 @@ void CanvasDragSession::release(QPointF native) {
     }
 }
 
+PlacementCanvasView::PlacementCanvasView(const DisplayGeometry& display)
+    : OverlayWindow(display, Input::taken)
+    , localVisible_(canvas::localVisibleRect(display)) {
+    setWindowTitle(QStringLiteral("Placement Canvas"));
+    setCursor(Qt::CrossCursor);
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(false);
+    // The platform window now, not at the first opening.
+    winId();
+}
+
 PlacementCanvasView::PlacementCanvasView(const DisplayGeometry& display,
                                          const TilmoraWindow& target,
                                          const DisplayLayoutProfile& profile,
                                          std::function<void(const CGRect&)> apply,
                                          std::function<void()> cancel,
                                          std::shared_ptr<CanvasDragSession> session)
-    : OverlayWindow(display, Input::taken)
-    , target_(target)
-    , profile_(profile)
-    , apply_(std::move(apply))
-    , cancel_(std::move(cancel))
-    , session_(std::move(session))
-    , localVisible_(canvas::localVisibleRect(display))
-    , gridLines_(canvas::gridLines(display, profile.columns, profile.rows, display.frame.size)) {
-    setWindowTitle(QStringLiteral("Placement Canvas"));
-    setCursor(Qt::CrossCursor);
-    setFocusPolicy(Qt::StrongFocus);
-    setMouseTracking(false);
-    // Without a compositor the window cannot be seen through: it shows the monitor as it was
-    // before the window was mapped.
-    composeBackground(!composited(), [this](QPainter& painter) {
-        painter.fillRect(rect(), PlacementCanvasStyle::interactiveBackdrop);
-        CanvasPainting::drawSurface(painter, localVisible_);
-        CanvasPainting::drawGrid(painter, gridLines_, size());
-    });
-    session_->add(this);
-    setPreview(std::nullopt);
+    : PlacementCanvasView(display) {
+    open(target, profile, std::move(apply), std::move(cancel), std::move(session));
 }
 
 PlacementCanvasView::~PlacementCanvasView() {
-    session_->remove(this);
+    release();
+}
+
+void PlacementCanvasView::open(const TilmoraWindow& target, const DisplayLayoutProfile& profile,
+                               std::function<void(const CGRect&)> apply,
+                               std::function<void()> cancel,
+                               std::shared_ptr<CanvasDragSession> session) {
+    release();
+    target_ = target;
+    profile_ = profile;
+    apply_ = std::move(apply);
+    cancel_ = std::move(cancel);
+    session_ = std::move(session);
+    gridLines_ = canvas::gridLines(display(), profile.columns, profile.rows, display().frame.size);
+    // Without a compositor the window cannot be seen through: it shows the monitor as it was
+    // before the window was mapped.
+    composeBackground(!composited(), [this](QPainter& painter) {
+        CanvasPainting::drawBackdropAndSurface(
+            painter, rect(), PlacementCanvasStyle::interactiveBackdrop, localVisible_);
+        CanvasPainting::drawGrid(painter, gridLines_, size());
+    });
+    if (session_) {
+        session_->add(this);
+    }
+    startPoint_.reset();
+    setPreview(std::nullopt);
+}
+
+void PlacementCanvasView::release() {
+    if (const auto session = std::exchange(session_, nullptr)) {
+        session->remove(this);
+    }
+    apply_ = nullptr;
+    cancel_ = nullptr;
+    startPoint_.reset();
+    previewLocalRect_.reset();
 }
 
 bool PlacementCanvasView::pressesCancel(QPointF local) const {
@@ -133,6 +161,8 @@ void PlacementCanvasView::paintEvent(QPaintEvent* event) {
         CanvasPainting::drawPreview(painter, *previewLocalRect_);
     }
     header_.paint(painter);
+    qCDebug(lcOverlay) << "painted" << display().name << event->region().boundingRect()
+                       << OverlayLog::stamp().constData();
 }
 
 QPointF PlacementCanvasView::nativeOf(const QMouseEvent* event) const {
@@ -140,17 +170,19 @@ QPointF PlacementCanvasView::nativeOf(const QMouseEvent* event) const {
 }
 
 void PlacementCanvasView::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) {
+    if (session_ && event->button() == Qt::LeftButton) {
         session_->press(nativeOf(event));
     }
 }
 
 void PlacementCanvasView::mouseMoveEvent(QMouseEvent* event) {
-    session_->move(nativeOf(event));
+    if (session_) {
+        session_->move(nativeOf(event));
+    }
 }
 
 void PlacementCanvasView::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) {
+    if (session_ && event->button() == Qt::LeftButton) {
         session_->release(nativeOf(event));
     }
 }

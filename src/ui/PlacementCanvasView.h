@@ -36,11 +36,22 @@ private:
 
 class PlacementCanvasView final : public OverlayWindow {
 public:
+    // Made ahead of an opening: the window and its backing store exist, unmapped, so that an
+    // opening only captures, composes and maps.
+    explicit PlacementCanvasView(const DisplayGeometry& display);
     PlacementCanvasView(const DisplayGeometry& display, const TilmoraWindow& target,
                         const DisplayLayoutProfile& profile,
                         std::function<void(const CGRect&)> apply, std::function<void()> cancel,
                         std::shared_ptr<CanvasDragSession> session);
     ~PlacementCanvasView() override;
+
+    // Before each presentation: what this opening places and where its drags meet. The
+    // background is composed here, over what the monitor shows now.
+    void open(const TilmoraWindow& target, const DisplayLayoutProfile& profile,
+              std::function<void(const CGRect&)> apply, std::function<void()> cancel,
+              std::shared_ptr<CanvasDragSession> session);
+    // After dismissal: the opening's callbacks and session are let go.
+    void release();
 
     const CanvasHeader& header() const { return header_; }
 

@@ -1,6 +1,7 @@
 #include "ui/TrayMenu.h"
 
 #include "core/AppStore.h"
+#include "ui/AfterMenuCloses.h"
 #include "ui/LayoutSymbolIcon.h"
 #include "ui/MenuText.h"
 #include "ui/SymbolIcon.h"
@@ -37,7 +38,8 @@ void TrayMenu::rebuild() {
     addSeparator();
     connect(addItem(MenuText::placementCanvasTitle(store_.placementHotKey()),
                     QStringLiteral("rectangle.dashed")),
-            &QAction::triggered, this, [this] { store_.showPlacementCanvas(); });
+            &QAction::triggered, this,
+            [this] { afterMenuCloses(this, [this] { store_.showPlacementCanvas(); }); });
     const Qt::KeyboardModifiers modifiers = store_.quickHotKeyModifiers().eventModifiers();
     for (const LayoutAction action : LayoutAction::quickActions()) {
         QAction* item = addAction(LayoutSymbolIcon::icon(action),

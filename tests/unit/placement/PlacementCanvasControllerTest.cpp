@@ -114,6 +114,10 @@ const Step refuseInput = [](Fixture& f) { f.factory.refuse(QStringLiteral("held"
 const Step preview = [](Fixture& f) {
     f.controller.updatePassivePreview(CGRect{1500, 40, 600, 400}, twoDisplays[1]);
 };
+const Step monitorMoved = [](Fixture& f) {
+    f.controller.followDisplays({display(1, 0), display(2, 1920)});
+};
+const Step monitorsUnchanged = [](Fixture& f) { f.controller.followDisplays(twoDisplays); };
 const Step clearPreview = [](Fixture& f) {
     f.controller.updatePassivePreview(std::nullopt, std::nullopt);
 };
@@ -157,7 +161,13 @@ INSTANTIATE_TEST_SUITE_P(, PlacementCanvasControllerSequence, testing::Values(
     Sequence{"CanvasReplacesThePassiveOverlay", {showPassive, show, nextTurn},
              {"present 1", "present 2", "present 3", "present 4", "input 4", "dismiss 1",
               "dismiss 2"}, true, false},
-    Sequence{"PreviewWithNothingOpenIsIgnored", {preview, clearPreview}, {}, false, false}),
+    Sequence{"PreviewWithNothingOpenIsIgnored", {preview, clearPreview}, {}, false, false},
+    Sequence{"ThePreviewFollowsAMonitorChangeOntoNewWindows",
+             {showPassive, monitorsUnchanged, monitorMoved, nextTurn},
+             {"present 1", "present 2", "present 3", "present 4", "dismiss 1", "dismiss 2"},
+             true, true},
+    Sequence{"TheCanvasIsNotRebuiltOnAMonitorChange", {show, monitorMoved, nextTurn},
+             {"present 1", "present 2", "input 2"}, true, false}),
     [](const testing::TestParamInfo<Sequence>& param) { return std::string(param.param.name); });
 // clang-format on
 
@@ -198,6 +208,10 @@ TEST(PlacementCanvasControllerTest, PreviewUpdatesReachTheSharedStateAndClear) {
     EXPECT_EQ(state.activeDisplayName(), QStringLiteral("Display 2"));
     clearPreview(fixture);
     EXPECT_EQ(state.previewFrame(), std::nullopt);
+    // Windows made again on a monitor change share the same state.
+    monitorMoved(fixture);
+    ASSERT_EQ(fixture.factory.states.size(), 4u);
+    EXPECT_EQ(fixture.factory.states[3], fixture.factory.states[0]);
     EXPECT_EQ(state.activeDisplayID(), std::nullopt);
     EXPECT_EQ(state.activeDisplayName(), std::nullopt);
     EXPECT_EQ(announcements, 2);
