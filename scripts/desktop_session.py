@@ -71,7 +71,8 @@ EndSection
 """
 XORG_DUMMY_DRIVER = "/usr/lib/xorg/modules/drivers/dummy_drv.so"
 
-ICEWM_PREFERENCES = "ShowTaskBar=0\nTaskBarAutoHide=0\n"
+# Its address bar takes Ctrl+Alt+Space, the canvas's default hot key.
+ICEWM_PREFERENCES = "ShowTaskBar=0\nTaskBarAutoHide=0\nEnableAddressBar=0\nKeySysAddressBar=\"\"\n"
 FLUXBOX_INIT = "session.screen0.toolbar.visible: false\nsession.screen0.workspaces: 1\n"
 
 # The managers a session can run, by the name of their program. The big desktops' managers
@@ -288,7 +289,7 @@ class DesktopSession:
             raise SessionError("the D-Bus session bus did not start")
         self.env["DBUS_SESSION_BUS_ADDRESS"] = address
 
-    def start_window_manager(self, name="openbox", replace=False):
+    def start_window_manager(self, name="openbox"):
         """Starts the manager and waits until it announces itself. A window mapped before its
         event loop runs can stay unmanaged: start_terminal maps again until it is taken."""
         env = dict(self.env)
@@ -320,8 +321,6 @@ class DesktopSession:
             env.update(DESKTOP_ENVIRONMENT)
             command = [name, "--x11", "--sm-disable"] if name in ("mutter", "muffin") \
                 else [name, "--sm-disable"]
-        if replace:
-            command.append("--replace")
         previous = self._manager_check()
         with open(os.path.join(self.workdir, f"{name}.log"), "w") as log:
             self.spawn(command, env=env, stdout=log, stderr=subprocess.STDOUT)
