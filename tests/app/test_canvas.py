@@ -133,8 +133,16 @@ class Canvas(unittest.TestCase):
 
     def setUp(self):
         self.session.run(["xdotool", "search", "--name", "^Notes$", "windowactivate", "--sync"])
-        # What the compositor, or the server, paints where no window is.
-        self.desktop = self.pixel(*self.left_spot)
+        # What the compositor, or the server, paints where no window is, once it holds still:
+        # a compositor fades windows in and out, and under kwin the desktop turns from the
+        # root's colour to black a while after the manager started.
+        seen = []
+
+        def still():
+            seen.append(self.pixel(*self.left_spot))
+            return len(seen) >= 4 and len(set(seen[-4:])) == 1 and seen[-1]
+
+        self.desktop = wait_for("the desktop to hold still", still)
 
     def tearDown(self):
         # A canvas left open by a failure would cover the next test's desktop.
