@@ -355,7 +355,7 @@ class EveryWindowManager(unittest.TestCase):
         left, right = session.monitor_frames()
         look = xlib(session).pixel
         session.start_terminal("Notes", "80x24+{}+{}".format(*at(right, 160, 200)))
-        with open(os.path.join(ARTIFACTS, f"canvas-{manager}.log"), "w") as log:
+        with open(os.path.join(ARTIFACTS, f"canvas-wm-{manager}.log"), "w") as log:
             session.spawn([TILMORA], stdout=log, stderr=log)
         wait_for("the main window", lambda: session.run(
             ["xdotool", "search", "--onlyvisible", "--classname", "tilmora"]).stdout.strip(),
