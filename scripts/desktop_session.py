@@ -80,6 +80,13 @@ FLUXBOX_INIT = "session.screen0.toolbar.visible: false\nsession.screen0.workspac
 WINDOW_MANAGERS = ("openbox", "icewm", "fluxbox", "xfwm4", "kwin_x11", "mutter", "muffin",
                    "marco", "metacity")
 OUTPUT_ARRANGING_MANAGERS = ("mutter", "muffin")
+# Settings schemas that a manager cannot start without, and the package that has them.
+MANAGER_SCHEMAS = {
+    "muffin": ("/usr/share/glib-2.0/schemas/org.cinnamon.settings-daemon.plugins.gschema.xml",
+               "cinnamon-settings-daemon"),
+    "marco": ("/usr/share/glib-2.0/schemas/org.mate.SettingsDaemon.plugins.xsettings.gschema.xml",
+              "mate-settings-daemon-common"),
+}
 DESKTOP_ENVIRONMENT = {"GSETTINGS_BACKEND": "memory", "NO_AT_BRIDGE": "1"}
 
 # A line of `xwininfo -tree`: ("instance" "Class")  22x22+0+0  +1417+1, the last pair absolute.
@@ -242,6 +249,9 @@ class DesktopSession:
             return "Xorg with the dummy driver (xserver-xorg-video-dummy) is not installed"
         if window_manager and not shutil.which(window_manager):
             return f"{window_manager} is not installed"
+        schemas, package = MANAGER_SCHEMAS.get(window_manager, (None, None))
+        if schemas and not os.access(schemas, os.R_OK):
+            return f"{window_manager} needs {package}, which is not installed"
         return None
 
     def _start_server(self):
