@@ -18,6 +18,17 @@ class WindowAttributes(ctypes.Structure):
                 ("screen", ctypes.c_void_p)]
 
 
+class SetWindowAttributes(ctypes.Structure):
+    _fields_ = [("background_pixmap", ctypes.c_ulong), ("background_pixel", ctypes.c_ulong),
+                ("border_pixmap", ctypes.c_ulong), ("border_pixel", ctypes.c_ulong),
+                ("bit_gravity", ctypes.c_int), ("win_gravity", ctypes.c_int),
+                ("backing_store", ctypes.c_int), ("backing_planes", ctypes.c_ulong),
+                ("backing_pixel", ctypes.c_ulong), ("save_under", ctypes.c_int),
+                ("event_mask", ctypes.c_long), ("do_not_propagate_mask", ctypes.c_long),
+                ("override_redirect", ctypes.c_int), ("colormap", ctypes.c_ulong),
+                ("cursor", ctypes.c_ulong)]
+
+
 class Xlib:
     """One Xlib connection of the test process: screen pixels and XTest input without starting
     a helper process for each, so that what is timed or raced is the application alone."""
@@ -58,6 +69,14 @@ class Xlib:
             lambda display, event: 0)
         self.x.XSetErrorHandler.argtypes = [ctypes.c_void_p]
         self.x.XSetErrorHandler(self._ignore_errors)
+        self.x.XCreateWindow.restype = ctypes.c_ulong
+        self.x.XCreateWindow.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int,
+                                         ctypes.c_int, ctypes.c_uint, ctypes.c_uint,
+                                         ctypes.c_uint, ctypes.c_int, ctypes.c_uint,
+                                         ctypes.c_void_p, ctypes.c_ulong,
+                                         ctypes.POINTER(SetWindowAttributes)]
+        self.x.XMapRaised.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
+        self.x.XDestroyWindow.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
         self.display = self.x.XOpenDisplay(display.encode())
         self.root = self.x.XDefaultRootWindow(self.display)
 
@@ -95,6 +114,21 @@ class Xlib:
                     attributes.map_state == 2:
                 result.append((window, bool(attributes.override_redirect)))
         return result
+
+    def popup(self, x, y, width, height, rgb=0xc04040):
+        """Maps an override-redirect window on top, as a notification or a menu of another
+        client does; destroy it with destroy()."""
+        attributes = SetWindowAttributes(background_pixel=rgb, override_redirect=1)
+        # CopyFromParent depth and visual, InputOutput; CWBackPixel | CWOverrideRedirect.
+        window = self.x.XCreateWindow(self.display, self.root, x, y, width, height, 0, 0, 1,
+                                      None, (1 << 1) | (1 << 9), ctypes.byref(attributes))
+        self.x.XMapRaised(self.display, window)
+        self.x.XSync(self.display, 0)
+        return window
+
+    def destroy(self, window):
+        self.x.XDestroyWindow(self.display, window)
+        self.x.XSync(self.display, 0)
 
     def pixel(self, x, y):
         """(red, green, blue) of the screen at x, y, read from the server in one request."""

@@ -86,6 +86,11 @@ def overlay_windows(session, title):
     return windows
 
 
+def top_of_stack(session, count):
+    """The `count` viewable children of the root at the top of the stack."""
+    return {window for window, _ in xlib(session).viewable_children()[-count:]}
+
+
 def root_windows(session, name):
     """The windows a property of the root lists."""
     return [int(v, 16) for v in re.findall(r"0x[0-9a-f]+", session.run(
@@ -255,6 +260,18 @@ class Canvas(unittest.TestCase):
         wait_for("the terminal focused again", lambda: self.session.run(
             ["xdotool", "getwindowfocus", "getwindowname"]).stdout.strip() == "Notes")
 
+    def test_a_window_raised_over_the_canvas_goes_beneath_it_again(self):
+        self.assertEqual(self.tilmora("canvas").returncode, 0)
+        self.wait_for_overlays("Placement Canvas")
+        canvas = {window for window, _, _ in overlay_windows(self.session, "Placement Canvas")}
+        # Another client's popup over the right monitor, raised after the canvas.
+        popup = xlib(self.session).popup(*at(self.right, 200, 600), 300, 200)
+        try:
+            wait_for("the canvas on top again", lambda: top_of_stack(
+                self.session, len(canvas)) == canvas)
+        finally:
+            xlib(self.session).destroy(popup)
+
     def test_a_keyboard_held_by_another_client_closes_the_canvas_and_says_why(self):
         self.assertTrue(xlib(self.session).grab_keyboard())
         try:
@@ -383,7 +400,7 @@ class EveryWindowManager(unittest.TestCase):
         self.wait_for_colours(session, "the tint over the terminal and the panel",
                               {terminal: tinted(white),
                                panel: blend(self.PANEL, (0, 0, 0), 0.12)})
-        self.assertEqual(self.top_of_stack(session, len(overlays)), overlays)
+        self.assertEqual(top_of_stack(session, len(overlays)), overlays)
         self.assertFalse(overlays & set(root_windows(session, "_NET_CLIENT_LIST")))
         session.screenshot(os.path.join(ARTIFACTS, f"canvas-wm-{manager}.png"))
 
@@ -394,7 +411,7 @@ class EveryWindowManager(unittest.TestCase):
         wait_for("the late terminal full screen", lambda: "_NET_WM_STATE_FULLSCREEN" in
                  session.run(["xprop", "-id", session.window_of("Late"),
                               "_NET_WM_STATE"]).stdout)
-        self.assertEqual(self.top_of_stack(session, len(overlays)), overlays)
+        self.assertEqual(top_of_stack(session, len(overlays)), overlays)
         self.assertNotEqual(look(*terminal), self.LATE)
 
         # Escape reaches the canvas although no manager focuses it.
@@ -414,10 +431,6 @@ class EveryWindowManager(unittest.TestCase):
                 f"{point} shows {xlib(session).pixel(*point)}, not {colour}"
                 for point, colour in colours.items()))
 
-    @staticmethod
-    def top_of_stack(session, count):
-        """The `count` viewable children of the root at the top of the stack."""
-        return {window for window, _ in xlib(session).viewable_children()[-count:]}
 
 
 def main():
