@@ -1,10 +1,11 @@
 """A private X desktop session for the demo and the application's end-to-end tests.
 
-Xvfb on a free display with two RandR monitors, a D-Bus session bus of its own (the tray's
-StatusNotifierItem and the accessibility bus live there), openbox with a configuration that owns
-no keys, optionally a panel with a strut, an XEmbed tray host and terminals. Everything started
-is stopped again by process group, also when a step fails. Waits are for conditions, with a
-time-out, never fixed sleeps.
+Xvfb (or Xorg's dummy driver with two real outputs) on a free display with two RandR monitors, a
+D-Bus session bus of its own (the tray's StatusNotifierItem and the accessibility bus live
+there), a window manager (openbox with a configuration that owns no keys, or one of the others
+that Tilmora is tested under), optionally a panel with a strut, an XEmbed tray host and
+terminals. Everything started is stopped again by process group, also when a step fails. Waits
+are for conditions, with a time-out, never fixed sleeps.
 """
 
 import ctypes
@@ -29,6 +30,64 @@ OPENBOX_CONFIG = """<?xml version="1.0" encoding="UTF-8"?>
 # A 1440 x 900 primary monitor on the left and a 1920 x 1080 one on its right.
 TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "screen"),
                               ("Right", "1920/508x1080/286+1440+0", "none")])
+
+# The same two monitors on Xorg's dummy driver: real outputs with modes, given a physical size,
+# without which GTK's managers (xfwm4, mutter, muffin) ignore them.
+XORG_TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "DUMMY0"),
+                                   ("Right", "1920/508x1080/286+1440+0", "DUMMY1")])
+
+# Xorg with the dummy driver: no input devices of its own (XTest's are enough), the modes of the
+# two outputs, 1920 x 1080 preferred, as a monitor of that size reports it.
+XORG_DUMMY_CONFIG = """Section "ServerFlags"
+  Option "AutoAddDevices" "false"
+  Option "AutoEnableDevices" "false"
+  Option "DontVTSwitch" "true"
+EndSection
+Section "Monitor"
+  Identifier "monitor"
+  HorizSync 5.0 - 1000.0
+  VertRefresh 5.0 - 200.0
+  Modeline "1920x1080" 148.50 1920 2008 2052 2200 1080 1084 1089 1125 +hsync +vsync
+  Modeline "1440x900" 106.50 1440 1528 1672 1904 900 903 909 934 -hsync +vsync
+  Option "PreferredMode" "1920x1080"
+EndSection
+Section "Device"
+  Identifier "dummy"
+  Driver "dummy"
+  VideoRam 256000
+  Option "Monitor-DUMMY0" "monitor"
+  Option "Monitor-DUMMY1" "monitor"
+EndSection
+Section "Screen"
+  Identifier "screen"
+  Device "dummy"
+  Monitor "monitor"
+  DefaultDepth 24
+  SubSection "Display"
+    Depth 24
+    Virtual 3840 1080
+  EndSubSection
+EndSection
+"""
+XORG_DUMMY_DRIVER = "/usr/lib/xorg/modules/drivers/dummy_drv.so"
+
+# Its address bar takes Ctrl+Alt+Space, the canvas's default hot key.
+ICEWM_PREFERENCES = "ShowTaskBar=0\nTaskBarAutoHide=0\nEnableAddressBar=0\nKeySysAddressBar=\"\"\n"
+FLUXBOX_INIT = "session.screen0.toolbar.visible: false\nsession.screen0.workspaces: 1\n"
+
+# The managers a session can run, by the name of their program. The big desktops' managers
+# keep their default settings in memory and stay off the accessibility bus.
+WINDOW_MANAGERS = ("openbox", "icewm", "fluxbox", "xfwm4", "kwin_x11", "mutter", "muffin",
+                   "marco", "metacity")
+OUTPUT_ARRANGING_MANAGERS = ("mutter", "muffin")
+# Settings schemas that a manager cannot start without, and the package that has them.
+MANAGER_SCHEMAS = {
+    "muffin": ("/usr/share/glib-2.0/schemas/org.cinnamon.settings-daemon.plugins.gschema.xml",
+               "cinnamon-settings-daemon"),
+    "marco": ("/usr/share/glib-2.0/schemas/org.mate.SettingsDaemon.plugins.xsettings.gschema.xml",
+              "mate-settings-daemon-common"),
+}
+DESKTOP_ENVIRONMENT = {"GSETTINGS_BACKEND": "memory", "NO_AT_BRIDGE": "1"}
 
 # A line of `xwininfo -tree`: ("instance" "Class")  22x22+0+0  +1417+1, the last pair absolute.
 TREE_LINE = re.compile(r'\("([^"]*)" "[^"]*"\)\s+(\d+)x(\d+)\S*\s+\+(-?\d+)\+(-?\d+)')
@@ -60,12 +119,19 @@ def wait_for(what, condition, timeout=15.0, interval=0.05):
 
 
 class DesktopSession:
-    def __init__(self, monitors=TWO_MONITORS, panel=False, tray_host=False, dpi=None,
-                 window_manager=True):
-        self.monitors = monitors
+    def __init__(self, monitors=None, panel=False, tray_host=False, dpi=None,
+                 window_manager="openbox", xorg=False):
+        """`window_manager` is one of WINDOW_MANAGERS, or None for none; `xorg` runs Xorg's
+        dummy driver instead of Xvfb."""
+        self.xorg = xorg
+        self.monitors = monitors or (XORG_TWO_MONITORS if xorg else TWO_MONITORS)
         self.panel = panel
         self.tray_host = tray_host
-        self.window_manager = window_manager
+        if window_manager is True:
+            window_manager = "openbox"
+        if window_manager and window_manager not in WINDOW_MANAGERS:
+            raise SessionError(f"unknown window manager {window_manager}")
+        self.window_manager = window_manager or None
         self.dpi = dpi
         self.processes = []
         self.workdir = tempfile.mkdtemp(prefix="tilmora-session-")
@@ -110,7 +176,12 @@ class DesktopSession:
         for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
             os.environ[name] = self.env[name]
         if self.window_manager:
-            self.start_window_manager()
+            self.start_window_manager(self.window_manager)
+            if self.window_manager in OUTPUT_ARRANGING_MANAGERS:
+                # They put the outputs side by side at their preferred modes; the monitors
+                # set up for the old arrangement would no longer match them.
+                for name, _, _ in self.monitors[1]:
+                    self.run(["xrandr", "--delmonitor", name.lstrip("*")])
         if self.panel:
             self._start_panel()
         if self.tray_host:
@@ -171,19 +242,48 @@ class DesktopSession:
         return subprocess.run(arguments, env=self.env, capture_output=True, text=True,
                               timeout=timeout, check=check)
 
+    @staticmethod
+    def unavailable(window_manager=None, xorg=False):
+        """Why a session with this manager and server cannot run here, or None."""
+        if xorg and not (shutil.which("Xorg") and os.access(XORG_DUMMY_DRIVER, os.R_OK)):
+            return "Xorg with the dummy driver (xserver-xorg-video-dummy) is not installed"
+        if window_manager and not shutil.which(window_manager):
+            return f"{window_manager} is not installed"
+        schemas, package = MANAGER_SCHEMAS.get(window_manager, (None, None))
+        if schemas and not os.access(schemas, os.R_OK):
+            return f"{window_manager} needs {package}, which is not installed"
+        return None
+
     def _start_server(self):
         read_end, write_end = os.pipe()
         size, monitors = self.monitors
-        self.spawn(["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{size}x24",
-                    "-noreset", "-nolisten", "tcp"], pass_fds=(write_end,))
+        if self.xorg:
+            config = os.path.join(self.workdir, "xorg.conf")
+            with open(config, "w") as file:
+                file.write(XORG_DUMMY_CONFIG)
+            command = ["Xorg", "-displayfd", str(write_end), "-config", config, "-logfile",
+                       os.path.join(self.workdir, "xorg.log"), "-noreset", "-nolisten", "tcp",
+                       "-novtswitch", "-sharevts"]
+        else:
+            command = ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{size}x24",
+                       "-noreset", "-nolisten", "tcp"]
+        self.spawn(command, pass_fds=(write_end,))
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
             number = pipe.readline().strip()
         if not number:
-            raise SessionError("Xvfb did not start")
+            raise SessionError(f"{command[0]} did not start")
         self.display = f":{number}"
         self.env["DISPLAY"] = self.display
         wait_for("the X server", lambda: self.run(["xdpyinfo"]).returncode == 0)
+        if self.xorg:
+            # The configuration gives the first output its modes; the second gets them here.
+            left, right = self._configured_frames()
+            left_mode, right_mode = (f"{width}x{height}" for _, _, width, height in (left, right))
+            self.run(["xrandr", "--addmode", "DUMMY1", right_mode], check=True)
+            self.run(["xrandr", "--fb", size, "--output", "DUMMY0", "--mode", left_mode,
+                      "--pos", "0x0", "--primary", "--output", "DUMMY1", "--mode", right_mode,
+                      "--pos", f"{right[0]}x{right[1]}"], check=True)
         for name, geometry, output in monitors:
             self.run(["xrandr", "--setmonitor", name, geometry, output], check=True)
         self.run(["xsetroot", "-solid", "#39463f"])
@@ -199,13 +299,57 @@ class DesktopSession:
             raise SessionError("the D-Bus session bus did not start")
         self.env["DBUS_SESSION_BUS_ADDRESS"] = address
 
-    def start_window_manager(self):
-        config = os.path.join(self.workdir, "openbox.xml")
-        with open(config, "w") as file:
-            file.write(OPENBOX_CONFIG)
-        self.spawn(["openbox", "--sm-disable", "--config-file", config])
-        wait_for("openbox", lambda: "window id" in self.run(
+    def start_window_manager(self, name="openbox"):
+        """Starts the manager and waits until it announces itself. A window mapped before its
+        event loop runs can stay unmanaged: start_terminal maps again until it is taken."""
+        env = dict(self.env)
+        if name == "openbox":
+            config = os.path.join(self.workdir, "openbox.xml")
+            with open(config, "w") as file:
+                file.write(OPENBOX_CONFIG)
+            command = ["openbox", "--sm-disable", "--config-file", config]
+        elif name == "icewm":
+            directory = os.path.join(self.workdir, "icewm")
+            os.makedirs(directory, exist_ok=True)
+            with open(os.path.join(directory, "preferences"), "w") as file:
+                file.write(ICEWM_PREFERENCES)
+            env["ICEWM_PRIVCFG"] = directory
+            command = ["icewm"]
+        elif name == "fluxbox":
+            init = os.path.join(self.workdir, "fluxbox-init")
+            with open(init, "w") as file:
+                file.write(FLUXBOX_INIT)
+            command = ["fluxbox", "-rc", init]
+        elif name == "xfwm4":
+            # Its own compositor on, as an Xfce desktop has it.
+            env.update(DESKTOP_ENVIRONMENT)
+            command = ["xfwm4", "--sm-client-disable"]
+        elif name == "kwin_x11":
+            env.update(DESKTOP_ENVIRONMENT)
+            command = ["kwin_x11"]
+        else:
+            env.update(DESKTOP_ENVIRONMENT)
+            command = [name, "--x11", "--sm-disable"] if name in ("mutter", "muffin") \
+                else [name, "--sm-disable"]
+        previous = self._manager_check()
+        with open(os.path.join(self.workdir, f"{name}.log"), "w") as log:
+            self.spawn(command, env=env, stdout=log, stderr=subprocess.STDOUT)
+        wait_for(name, lambda: self._manager_check() not in (None, previous), timeout=30)
+
+    def _manager_check(self):
+        """The window by which the running manager announces itself, or None."""
+        match = re.search(r"window id # (0x[0-9a-f]+)", self.run(
             ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]).stdout)
+        return match and match.group(1)
+
+    def _configured_frames(self):
+        """(x, y, width, height) of each monitor as it was asked for."""
+        frames = []
+        for _, geometry, _ in self.monitors[1]:
+            size, x, y = geometry.split("+")
+            width, height = (int(part.split("/")[0]) for part in size.split("x"))
+            frames.append((int(x), int(y), width, height))
+        return frames
 
     def _start_panel(self):
         """A panel along the top of the primary monitor, reserving its strip with a strut."""
@@ -225,11 +369,12 @@ class DesktopSession:
         wait_for("the tray host", lambda: self.run(
             ["xdotool", "search", "--classname", "trayer"]).stdout.strip())
 
-    def start_terminal(self, title, geometry):
-        """An xterm that the window manager manages; started again if openbox missed it."""
+    def start_terminal(self, title, geometry, options=()):
+        """An xterm that the window manager manages; started again if the manager missed it
+        (one that has just started may not be listening yet)."""
         for _ in range(5):
-            process = self.spawn(["xterm", "-T", title, "-geometry", geometry, "-e", "sh", "-c",
-                                  f"echo {title}; exec sleep 3600"])
+            process = self.spawn(["xterm", "-T", title, "-geometry", geometry, *options, "-e",
+                                  "sh", "-c", f"echo {title}; exec sleep 3600"])
             try:
                 return wait_for(f"the {title} terminal",
                                 lambda: self.window_of(title), timeout=3)
@@ -269,13 +414,15 @@ class DesktopSession:
         return None
 
     def monitor_frames(self):
-        """(x, y, width, height) of each monitor, in the order they were set up."""
+        """(x, y, width, height) of each monitor from left to right, as the server has them
+        now: mutter and muffin lay the outputs out themselves."""
         frames = []
-        for _, geometry, _ in self.monitors[1]:
-            size, x, y = geometry.split("+")
-            width, height = (int(part.split("/")[0]) for part in size.split("x"))
-            frames.append((int(x), int(y), width, height))
-        return frames
+        for line in self.run(["xrandr", "--listmonitors"]).stdout.splitlines()[1:]:
+            match = re.search(r"(\d+)/\d+x(\d+)/\d+\+(-?\d+)\+(-?\d+)", line)
+            if match:
+                width, height, x, y = (int(v) for v in match.groups())
+                frames.append((x, y, width, height))
+        return sorted(frames)
 
     def capture(self, region=None):
         """A PNG of the screen, or of `region` (x, y, width, height) of it."""

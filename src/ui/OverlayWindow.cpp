@@ -1,6 +1,7 @@
 #include "ui/OverlayWindow.h"
 
 #include "ui/OverlayLog.h"
+#include "ui/OverlayStacking.h"
 
 #include <QBackingStore>
 #include <QGuiApplication>
@@ -99,6 +100,20 @@ OverlayWindow::OverlayWindow(const DisplayGeometry& display, Input input)
             }
         });
     }
+}
+
+OverlayWindow::~OverlayWindow() {
+    OverlayStacking::instance().hidden(this);
+}
+
+void OverlayWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    OverlayStacking::instance().shown(this);
+}
+
+void OverlayWindow::hideEvent(QHideEvent* event) {
+    OverlayStacking::instance().hidden(this);
+    QWidget::hideEvent(event);
 }
 
 void OverlayWindow::monitorChanged() {

@@ -23,6 +23,7 @@ public:
     enum class Input { taken, passedThrough };
 
     OverlayWindow(const DisplayGeometry& display, Input input);
+    ~OverlayWindow() override;
 
     const DisplayGeometry& display() const { return display_; }
     bool composited() const { return composited_; }
@@ -46,6 +47,8 @@ public:
     static bool compositorRunning();
 
 protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     // Its monitor changed or went away: by default the overlay leaves the screen.
     virtual void monitorChanged();
     // Draws the still part of the view once, before the window is mapped, over what the
