@@ -18,6 +18,9 @@
 #include <QScreen>
 #include <QTimer>
 
+#include <memory>
+#include <utility>
+
 namespace tilmora {
 
 ApplicationShell::ApplicationShell(AppStore& store, QObject* parent)
@@ -34,17 +37,29 @@ ApplicationShell::ApplicationShell(AppStore& store, QObject* parent)
     store_.setPlacementCanvas(canvas_.get());
     connect(&store_, &AppStore::displayIdentificationRequested, identifier_.get(),
             &DisplayIdentifierController::show);
-    // The canvas windows wait, unmapped, for the monitors there are.
+    // The canvas windows wait, unmapped, for the monitors there are. They are made once the
+    // monitors have held still a moment: at start-up the main window comes first, and a
+    // burst of monitor changes makes them once.
+    canvasPreparation_ = new QTimer(this);
+    canvasPreparation_->setSingleShot(true);
+    canvasPreparation_->setInterval(750);
+    connect(canvasPreparation_, &QTimer::timeout, this,
+            [this] { overlays_->prepare(store_.connectedDisplays()); });
     // Shown overlays follow a change of the monitors.
     connect(&store_, &AppStore::connectedDisplaysChanged, this, [this] {
         const std::vector<DisplayGeometry>& displays = store_.connectedDisplays();
-        overlays_->prepare(displays);
+        canvasPreparation_->start();
         canvas_->followDisplays(displays);
         identifier_->followDisplays(displays);
     });
     // A monitor that comes, goes or changes is read at once rather than at the next refresh.
-    const auto screensChanged = [this] {
-        QTimer::singleShot(0, this, [this] {
+    // A burst of reports (a monitor change is several) reads the monitors once.
+    const auto screensChanged = [this, pending = std::make_shared<bool>(false)] {
+        if (std::exchange(*pending, true)) {
+            return;
+        }
+        QTimer::singleShot(0, this, [this, pending] {
+            *pending = false;
             if (store_.hasStarted()) {
                 store_.refresh();
             }
@@ -62,6 +77,7 @@ ApplicationShell::ApplicationShell(AppStore& store, QObject* parent)
         screensChanged();
     });
     connect(qApp, &QGuiApplication::screenRemoved, this, screensChanged);
+    monitorChanges_ = std::make_unique<MonitorChangeFilter>(screensChanged);
 }
 
 ApplicationShell::~ApplicationShell() {

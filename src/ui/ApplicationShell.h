@@ -4,8 +4,10 @@
 #pragma once
 
 #include "ui/KeyNameTranslator.h"
+#include "ui/MonitorChangeFilter.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 
@@ -61,6 +63,8 @@ private:
     std::unique_ptr<QtPlacementOverlayFactory> overlays_;
     std::unique_ptr<PlacementCanvasController> canvas_;
     std::unique_ptr<DisplayIdentifierController> identifier_;
+    QTimer* canvasPreparation_ = nullptr;
+    std::unique_ptr<MonitorChangeFilter> monitorChanges_;
 };
 
 } // namespace tilmora

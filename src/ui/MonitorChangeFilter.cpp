@@ -1,0 +1,51 @@
+#include "ui/MonitorChangeFilter.h"
+
+#include <QGuiApplication>
+
+#include <xcb/randr.h>
+#include <xcb/xcb.h>
+
+namespace tilmora {
+
+MonitorChangeFilter::MonitorChangeFilter(std::function<void()> changed)
+    : changed_(std::move(changed)) {
+    const auto* x11 =
+        qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
+    if (!connection) {
+        return;
+    }
+    const xcb_query_extension_reply_t* randr = xcb_get_extension_data(connection, &xcb_randr_id);
+    if (!randr || !randr->present) {
+        return;
+    }
+    firstEvent_ = randr->first_event;
+    // The same selection Qt makes on this connection: a selection replaces the client's last one.
+    xcb_randr_select_input(
+        connection, xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root,
+        XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE |
+            XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_PROPERTY);
+    xcb_flush(connection);
+    qGuiApp->installNativeEventFilter(this);
+}
+
+MonitorChangeFilter::~MonitorChangeFilter() {
+    if (firstEvent_ >= 0 && qGuiApp) {
+        qGuiApp->removeNativeEventFilter(this);
+    }
+}
+
+bool MonitorChangeFilter::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
+    if (eventType != "xcb_generic_event_t") {
+        return false;
+    }
+    const int type = static_cast<const xcb_generic_event_t*>(message)->response_type & 0x7f;
+    if (type == firstEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+        type == firstEvent_ + XCB_RANDR_NOTIFY) {
+        changed_();
+    }
+    // Qt reads them too.
+    return false;
+}
+
+} // namespace tilmora
