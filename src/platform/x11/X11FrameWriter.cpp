@@ -330,14 +330,16 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
     // Once every window shows its frame, each must keep it for as long as the manager took to
     // answer the last of them.
     std::optional<Clock::time_point> lastAnswer;
+    const auto firstSent = [&] {
+        return std::min_element(waiting.begin(), waiting.end(),
+                                [](const Waiting& a, const Waiting& b) {
+                                    return a.placement->sentAt < b.placement->sentAt;
+                                })
+            ->placement->sentAt;
+    };
     const auto holdEnd = [&] {
-        const auto firstSent =
-            std::min_element(waiting.begin(), waiting.end(),
-                             [](const Waiting& a, const Waiting& b) {
-                                 return a.placement->sentAt < b.placement->sentAt;
-                             })
-                ->placement->sentAt;
-        return *lastAnswer + std::max<Clock::duration>(firstPlacementHold, *lastAnswer - firstSent);
+        return *lastAnswer +
+               std::max<Clock::duration>(firstPlacementHold, *lastAnswer - firstSent());
     };
     // Judges what arrived for each window since its request; true when any window answered.
     const auto takeAnswers = [&] {
@@ -396,14 +398,15 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
                     break;
                 }
                 ++pings;
-                pingDeadline = Clock::now() + ping_.patience();
+                pingDeadline = Clock::now() +
+                               ping_.patience(std::chrono::duration_cast<std::chrono::milliseconds>(
+                                   *lastAnswer - firstSent()));
             } else if (pings == 2 && ping_.isAnswered()) {
                 holdComplete = true;
                 break;
             } else if (Clock::now() >= pingDeadline) {
                 qCDebug(lcX11) << "the window manager did not answer whether it is done";
                 ping_.giveUp();
-                holdComplete = true;
                 break;
             }
         }
