@@ -48,10 +48,14 @@ std::int32_t X11FrameWriter::setSize(xcb_window_t window, std::int64_t width, st
 }
 
 const X11WindowRecord* X11FrameWriter::freshRecord(xcb_window_t window) {
-    mirror_.invalidate(window, X11WindowRecord::Part::geometry | X11WindowRecord::Part::extents |
-                                   X11WindowRecord::Part::state | X11WindowRecord::Part::sizeHints);
-    if (!mirror_.require({window},
-                         X11WindowRecord::Part::sizeHints | X11WindowRecord::Part::tree)) {
+    // Only the geometry must be asked for: the extents, state and size hints change with a
+    // PropertyNotify, and one sent before the server answered arrives ahead of the answer, so
+    // the second look reads just what such an event says has changed.
+    mirror_.invalidate(window, X11WindowRecord::Part::geometry);
+    constexpr std::uint32_t parts = X11WindowRecord::Part::geometry |
+                                    X11WindowRecord::Part::extents | X11WindowRecord::Part::state |
+                                    X11WindowRecord::Part::sizeHints | X11WindowRecord::Part::tree;
+    if (!mirror_.require({window}, parts) || !mirror_.require({window}, parts)) {
         return nullptr;
     }
     const X11WindowRecord* record = mirror_.find(window);
@@ -264,6 +268,11 @@ void X11FrameWriter::raise(xcb_window_t window) {
         return;
     }
     const X11RootState& root = mirror_.root();
+    // Already in front of every other window: a restack would only have the manager rewrite
+    // its stacking list, which costs the placement's read-back a round trip.
+    if (!root.stacking.empty() && root.stacking.back() == window && root.stale == 0) {
+        return;
+    }
     const xcb_atom_t restack = connection_.atom(X11Atom::_NET_RESTACK_WINDOW);
     const xcb_atom_t activate = connection_.atom(X11Atom::_NET_ACTIVE_WINDOW);
     if (root.supports(restack)) {
