@@ -133,6 +133,7 @@ Tiling tilingOf(WM manager) {
     switch (manager) {
     case WM::mutter:
     case WM::muffin:
+    case WM::kwin:
         return Tiling::byKey;
     case WM::marco:
         return Tiling::byDrag;
@@ -153,10 +154,17 @@ void X11Placement::prepare(const PlacementCase& c, xcb_window_t window) {
         // moves and resizes of a tiled window from any other client.
         GTEST_SKIP() << "metacity lets only the user take a window out of its tiling";
     }
+    if (manager_ == WM::kwin) {
+        // Measured: Super+Left tiles the window (its shortcut daemon runs in the session), and
+        // kwin then leaves every _NET_MOVERESIZE_WINDOW of the tiled window unanswered, its
+        // _NET_WM_STATE carrying no maximized state for the writer to take away first.
+        GTEST_SKIP() << "kwin ignores move-resize requests for a window it quick-tiled: not "
+                        "yet released before the write";
+    }
     const Tiling tiling = tilingOf(manager_);
-    if (manager_ == WM::kwin || manager_ == WM::xfwm4) {
+    if (manager_ == WM::xfwm4) {
         // Tried: a title-bar drag to the monitor's edge through XTest left the window where
-        // it was; kwin's tiling keys need its global shortcut daemon, which is not running.
+        // it was.
         GTEST_SKIP() << "its edge tiling did not answer synthesized input in this session";
     }
     if (tiling == Tiling::none) {
@@ -327,7 +335,8 @@ TEST_P(X11PlacementUnder, PlacedTogetherEachLandsAsAlone) {
         // Whether a client's undo comes within the passes is its own timing, tried alone.
         if (c.outcome == PlacementCase::keepsItsSize ||
             (c.before == PlacementCase::tileLeft &&
-             (tilingOf(manager_) == Tiling::none || manager_ == WM::metacity))) {
+             (tilingOf(manager_) == Tiling::none || manager_ == WM::metacity ||
+              manager_ == WM::kwin))) {
             continue;
         }
         const auto client = desktop_->startTestClient(c.client);

@@ -48,10 +48,14 @@ std::int32_t X11FrameWriter::setSize(xcb_window_t window, std::int64_t width, st
 }
 
 const X11WindowRecord* X11FrameWriter::freshRecord(xcb_window_t window) {
-    mirror_.invalidate(window, X11WindowRecord::Part::geometry | X11WindowRecord::Part::extents |
-                                   X11WindowRecord::Part::state | X11WindowRecord::Part::sizeHints);
-    if (!mirror_.require({window},
-                         X11WindowRecord::Part::sizeHints | X11WindowRecord::Part::tree)) {
+    // Only the geometry must be asked for: the extents, state and size hints change with a
+    // PropertyNotify, and one sent before the server answered arrives ahead of the answer, so
+    // the second look reads just what such an event says has changed.
+    mirror_.invalidate(window, X11WindowRecord::Part::geometry);
+    constexpr std::uint32_t parts = X11WindowRecord::Part::geometry |
+                                    X11WindowRecord::Part::extents | X11WindowRecord::Part::state |
+                                    X11WindowRecord::Part::sizeHints | X11WindowRecord::Part::tree;
+    if (!mirror_.require({window}, parts) || !mirror_.require({window}, parts)) {
         return nullptr;
     }
     const X11WindowRecord* record = mirror_.find(window);
@@ -264,6 +268,11 @@ void X11FrameWriter::raise(xcb_window_t window) {
         return;
     }
     const X11RootState& root = mirror_.root();
+    // Already in front of every other window: a restack would only have the manager rewrite
+    // its stacking list, which costs the placement's read-back a round trip.
+    if (!root.stacking.empty() && root.stacking.back() == window && root.stale == 0) {
+        return;
+    }
     const xcb_atom_t restack = connection_.atom(X11Atom::_NET_RESTACK_WINDOW);
     const xcb_atom_t activate = connection_.atom(X11Atom::_NET_ACTIVE_WINDOW);
     if (root.supports(restack)) {
@@ -330,14 +339,16 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
     // Once every window shows its frame, each must keep it for as long as the manager took to
     // answer the last of them.
     std::optional<Clock::time_point> lastAnswer;
+    const auto firstSent = [&] {
+        return std::min_element(waiting.begin(), waiting.end(),
+                                [](const Waiting& a, const Waiting& b) {
+                                    return a.placement->sentAt < b.placement->sentAt;
+                                })
+            ->placement->sentAt;
+    };
     const auto holdEnd = [&] {
-        const auto firstSent =
-            std::min_element(waiting.begin(), waiting.end(),
-                             [](const Waiting& a, const Waiting& b) {
-                                 return a.placement->sentAt < b.placement->sentAt;
-                             })
-                ->placement->sentAt;
-        return *lastAnswer + std::max<Clock::duration>(firstPlacementHold, *lastAnswer - firstSent);
+        return *lastAnswer +
+               std::max<Clock::duration>(firstPlacementHold, *lastAnswer - firstSent());
     };
     // Judges what arrived for each window since its request; true when any window answered.
     const auto takeAnswers = [&] {
@@ -396,14 +407,15 @@ void X11FrameWriter::settle(const std::vector<xcb_window_t>& windows,
                     break;
                 }
                 ++pings;
-                pingDeadline = Clock::now() + ping_.patience();
+                pingDeadline = Clock::now() +
+                               ping_.patience(std::chrono::duration_cast<std::chrono::milliseconds>(
+                                   *lastAnswer - firstSent()));
             } else if (pings == 2 && ping_.isAnswered()) {
                 holdComplete = true;
                 break;
             } else if (Clock::now() >= pingDeadline) {
                 qCDebug(lcX11) << "the window manager did not answer whether it is done";
                 ping_.giveUp();
-                holdComplete = true;
                 break;
             }
         }

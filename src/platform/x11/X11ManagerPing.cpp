@@ -17,6 +17,7 @@ X11ManagerPing::X11ManagerPing(X11Connection& connection, X11WindowMirror& mirro
             // Each answer counts for every question asked before it.
             answers_ = asked_;
             everAnswered_ = true;
+            givenUp_ = false;
         }
     });
 }
@@ -56,8 +57,13 @@ bool X11ManagerPing::send() {
     return true;
 }
 
-std::chrono::milliseconds X11ManagerPing::patience() const {
-    return everAnswered_ ? std::chrono::milliseconds{1000} : std::chrono::milliseconds{300};
+std::chrono::milliseconds X11ManagerPing::patience(std::chrono::milliseconds managerAnswer) const {
+    constexpr std::chrono::milliseconds full{1000};
+    // A manager that answers a move in a few milliseconds answers a question as fast; one that
+    // took tens of them is busy, and its first answer is worth the full wait (measured under
+    // mutter with two busy processes per core: 60 ms for the move, over 300 ms for the question).
+    return everAnswered_ ? full
+                         : std::clamp(managerAnswer * 10, std::chrono::milliseconds{300}, full);
 }
 
 void X11ManagerPing::giveUp() {

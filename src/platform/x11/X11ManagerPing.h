@@ -26,10 +26,12 @@ public:
     bool send();
     // The manager has answered the last question sent.
     bool isAnswered() const { return answers_ >= asked_; }
-    // How long an answer is worth waiting for: a manager that lists the question may still
-    // leave it unanswered (fluxbox), so until one has come the wait is short.
-    std::chrono::milliseconds patience() const;
-    // The manager left a question unanswered: none is asked again on this connection.
+    // How long an answer is worth waiting for, given how long the manager took to answer the
+    // window's own request: a manager that lists the question may still leave it unanswered
+    // (fluxbox), so until one has come the wait is short, unless the manager is slow now.
+    std::chrono::milliseconds patience(std::chrono::milliseconds managerAnswer) const;
+    // The manager left a question unanswered: none is asked again on this connection until an
+    // answer comes after all (a manager busy drawing can take longer than it was given).
     void giveUp();
 
 private:

@@ -91,9 +91,16 @@ bool X11WindowMirror::read(std::uint32_t demanded,
         reset();
         return false;
     }
-    if (root_.stale != 0) {
+    // Some windows' parts (a placement's read-back) need the client list, which says which
+    // windows are gone, not the stacking the manager rewrites on every raise: the rest waits
+    // for the next full update.
+    const bool forWindows = demanded != 0 && demandedBy && !demandedBy->empty();
+    const std::uint32_t rootParts =
+        forWindows ? X11RootState::Part::clientList | X11RootState::Part::supported
+                   : X11RootState::Part::all;
+    if ((root_.stale & rootParts) != 0) {
         ++version_;
-        readRoot();
+        readRoot(rootParts);
     }
     // The parts every listing needs, of every window, and the demanded ones of the windows
     // that demand them, all in the same round trips.

@@ -72,7 +72,7 @@ private:
     void handleEvent(const xcb_generic_event_t& event);
     void markRoot(xcb_atom_t property);
     void markWindow(X11WindowRecord& record, xcb_atom_t property);
-    void readRoot();
+    void readRoot(std::uint32_t parts = X11RootState::Part::all);
     void applyClientList();
     using Collector = std::function<void()>;
     using RecordUpdate = std::function<void(X11WindowRecord&)>;

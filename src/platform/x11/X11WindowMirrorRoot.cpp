@@ -7,11 +7,11 @@
 
 namespace tilmora {
 
-void X11WindowMirror::readRoot() {
+void X11WindowMirror::readRoot(std::uint32_t parts) {
     xcb_connection_t* c = connection_.raw();
     const xcb_window_t rootWindow = connection_.root();
-    const std::uint32_t stale = root_.stale;
-    root_.stale = 0;
+    const std::uint32_t stale = root_.stale & parts;
+    root_.stale &= ~parts;
     const auto request = [&](X11Atom atom, std::uint32_t length) {
         return xcb_get_property(c, 0, rootWindow, connection_.atom(atom), XCB_ATOM_ANY, 0, length);
     };
