@@ -108,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(WindowManagers, X11DragPlacementTest, testing::Values(
     Manager{WM::openboxDefaults, test::keycode::alt, EventModifierFlags::option, false},
     Manager{WM::metacity, test::keycode::alt, EventModifierFlags::option, false},
     Manager{WM::kwin, test::keycode::alt, EventModifierFlags::option, false}),
-    [](const auto& info) { return X11TestDesktop::name(info.param.windowManager); });
+    [](const auto& testCase) { return X11TestDesktop::name(testCase.param.windowManager); });
 // clang-format on
 
 } // namespace
