@@ -21,7 +21,7 @@ packages=(
   # the big desktops' window managers (KDE, GNOME, Cinnamon, MATE, GNOME Flashback) with the
   # settings schemas muffin and marco need, on Xorg's dummy driver with two outputs
   # (together about 460 MB installed)
-  kwin-x11 mutter muffin cinnamon-settings-daemon marco mate-settings-daemon-common metacity
+  kwin-x11 libkf5globalaccel-bin mutter muffin cinnamon-settings-daemon marco mate-settings-daemon-common metacity
   xserver-xorg-core xserver-xorg-video-dummy
   # `make run` without a display: a panel and a tray for the demo session, its screenshots, and
   # the accessibility and tray (D-Bus) clients that drive the application in the demo and the
