@@ -221,11 +221,11 @@ class Application(unittest.TestCase):
             atspi.find(app, "push button", "\u2303\u2325\u21e7P")
             self.screenshot("main-window-settings-recorded")
             self.session.run(["xdotool", "key", "ctrl+alt+shift+p"])
-            wait_for("the canvas", lambda: '"Placement Canvas"' in self.session.run(
-                ["xwininfo", "-root", "-children"]).stdout)
+            # The canvas windows wait unmapped between openings: only mapped ones count.
+            canvas = ["xdotool", "search", "--onlyvisible", "--name", "^Placement Canvas$"]
+            wait_for("the canvas", lambda: self.session.run(canvas).stdout.strip())
             self.session.run(["xdotool", "key", "Escape"])
-            wait_for("the canvas to close", lambda: '"Placement Canvas"' not in self.session.run(
-                ["xwininfo", "-root", "-children"]).stdout)
+            wait_for("the canvas to close", lambda: not self.session.run(canvas).stdout.strip())
             atspi.act(atspi.find(app, "push button", "Reset Placement Canvas Hotkey"))
             atspi.find(app, "push button", "\u2303\u2325Space")
         finally:
