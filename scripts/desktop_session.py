@@ -36,39 +36,8 @@ TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "screen"),
 XORG_TWO_MONITORS = ("3360x1080", [("*Left", "1440/381x900/238+0+0", "DUMMY0"),
                                    ("Right", "1920/508x1080/286+1440+0", "DUMMY1")])
 
-# Xorg with the dummy driver: no input devices of its own (XTest's are enough), the modes of the
-# two outputs, 1920 x 1080 preferred, as a monitor of that size reports it.
-XORG_DUMMY_CONFIG = """Section "ServerFlags"
-  Option "AutoAddDevices" "false"
-  Option "AutoEnableDevices" "false"
-  Option "DontVTSwitch" "true"
-EndSection
-Section "Monitor"
-  Identifier "monitor"
-  HorizSync 5.0 - 1000.0
-  VertRefresh 5.0 - 200.0
-  Modeline "1920x1080" 148.50 1920 2008 2052 2200 1080 1084 1089 1125 +hsync +vsync
-  Modeline "1440x900" 106.50 1440 1528 1672 1904 900 903 909 934 -hsync +vsync
-  Option "PreferredMode" "1920x1080"
-EndSection
-Section "Device"
-  Identifier "dummy"
-  Driver "dummy"
-  VideoRam 256000
-  Option "Monitor-DUMMY0" "monitor"
-  Option "Monitor-DUMMY1" "monitor"
-EndSection
-Section "Screen"
-  Identifier "screen"
-  Device "dummy"
-  Monitor "monitor"
-  DefaultDepth 24
-  SubSection "Display"
-    Depth 24
-    Virtual 3840 1080
-  EndSubSection
-EndSection
-"""
+# Xorg with the dummy driver and two outputs.
+XORG_DUMMY_CONFIG = os.path.join(os.path.dirname(os.path.abspath(__file__)), "xorg-dummy.conf")
 XORG_DUMMY_DRIVER = "/usr/lib/xorg/modules/drivers/dummy_drv.so"
 
 # Its address bar takes Ctrl+Alt+Space, the canvas's default hot key.
@@ -258,10 +227,8 @@ class DesktopSession:
         read_end, write_end = os.pipe()
         size, monitors = self.monitors
         if self.xorg:
-            config = os.path.join(self.workdir, "xorg.conf")
-            with open(config, "w") as file:
-                file.write(XORG_DUMMY_CONFIG)
-            command = ["Xorg", "-displayfd", str(write_end), "-config", config, "-logfile",
+            command = ["Xorg", "-displayfd", str(write_end), "-config", XORG_DUMMY_CONFIG,
+                       "-logfile",
                        os.path.join(self.workdir, "xorg.log"), "-noreset", "-nolisten", "tcp",
                        "-novtswitch", "-sharevts"]
         else:

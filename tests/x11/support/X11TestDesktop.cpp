@@ -44,40 +44,6 @@ const char* icewmPreferences = "ShowTaskBar=0\nTaskBarAutoHide=0\n";
 const char* fluxboxInit = "session.screen0.toolbar.visible: false\n"
                           "session.screen0.workspaces: 1\n";
 
-// Xorg with the dummy driver: no input devices of its own (XTest's are enough), the modes of
-// the two test outputs, 1920 x 1080 preferred, as a monitor of that size reports it.
-const char* xorgDummyConfiguration = R"(Section "ServerFlags"
-  Option "AutoAddDevices" "false"
-  Option "AutoEnableDevices" "false"
-  Option "DontVTSwitch" "true"
-EndSection
-Section "Monitor"
-  Identifier "monitor"
-  HorizSync 5.0 - 1000.0
-  VertRefresh 5.0 - 200.0
-  Modeline "1920x1080" 148.50 1920 2008 2052 2200 1080 1084 1089 1125 +hsync +vsync
-  Modeline "1440x900" 106.50 1440 1528 1672 1904 900 903 909 934 -hsync +vsync
-  Option "PreferredMode" "1920x1080"
-EndSection
-Section "Device"
-  Identifier "dummy"
-  Driver "dummy"
-  VideoRam 256000
-  Option "Monitor-DUMMY0" "monitor"
-  Option "Monitor-DUMMY1" "monitor"
-EndSection
-Section "Screen"
-  Identifier "screen"
-  Device "dummy"
-  Monitor "monitor"
-  DefaultDepth 24
-  SubSection "Display"
-    Depth 24
-    Virtual 3840 1080
-  EndSubSection
-EndSection
-)";
-
 const char* xorgDummyDriver = "/usr/lib/xorg/modules/drivers/dummy_drv.so";
 
 bool isOnPath(const std::string& program) {
@@ -213,11 +179,7 @@ bool X11TestDesktop::startServer(const Options& options) {
             {"Xvfb", "-screen", "0", options.screenSize + "x24", "-noreset", "-nolisten", "tcp"},
             QStringLiteral("xvfb.log"));
     }
-    const QString config = scratch_.filePath(QStringLiteral("xorg.conf"));
-    if (!writeFile(config, xorgDummyConfiguration)) {
-        return false;
-    }
-    return startDisplay({"Xorg", "-config", config.toStdString(), "-logfile",
+    return startDisplay({"Xorg", "-config", TILMORA_XORG_DUMMY_CONFIG, "-logfile",
                          scratch_.filePath(QStringLiteral("xorg.log")).toStdString(), "-noreset",
                          "-nolisten", "tcp", "-novtswitch", "-sharevts"},
                         QStringLiteral("xorg-output.log")) &&
