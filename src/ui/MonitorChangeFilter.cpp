@@ -5,6 +5,8 @@
 #include <xcb/randr.h>
 #include <xcb/xcb.h>
 
+#include <cstdlib>
+
 namespace tilmora {
 
 MonitorChangeFilter::MonitorChangeFilter(std::function<void()> changed)
@@ -20,11 +22,23 @@ MonitorChangeFilter::MonitorChangeFilter(std::function<void()> changed)
         return;
     }
     firstEvent_ = randr->first_event;
+    root_ = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     // The same selection Qt makes on this connection: a selection replaces the client's last one.
     xcb_randr_select_input(
-        connection, xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root,
+        connection, root_,
         XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE |
             XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_PROPERTY);
+    // A monitor added or deleted is told by a ConfigureNotify of the root, not by a RandR event:
+    // the root's own structure is added to what this connection already selects there.
+    auto* attributes = xcb_get_window_attributes_reply(
+        connection, xcb_get_window_attributes(connection, root_), nullptr);
+    if (attributes) {
+        const std::uint32_t mask = attributes->your_event_mask | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        if (mask != attributes->your_event_mask) {
+            xcb_change_window_attributes(connection, root_, XCB_CW_EVENT_MASK, &mask);
+        }
+        std::free(attributes);
+    }
     xcb_flush(connection);
     qGuiApp->installNativeEventFilter(this);
 }
@@ -39,8 +53,12 @@ bool MonitorChangeFilter::nativeEventFilter(const QByteArray& eventType, void* m
     if (eventType != "xcb_generic_event_t") {
         return false;
     }
-    const int type = static_cast<const xcb_generic_event_t*>(message)->response_type & 0x7f;
-    if (type == firstEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    const int type = event->response_type & 0x7f;
+    const bool rootConfigured =
+        type == XCB_CONFIGURE_NOTIFY &&
+        reinterpret_cast<const xcb_configure_notify_event_t*>(event)->window == root_;
+    if (rootConfigured || type == firstEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
         type == firstEvent_ + XCB_RANDR_NOTIFY) {
         changed_();
     }

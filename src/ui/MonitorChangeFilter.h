@@ -2,6 +2,7 @@
 
 #include <QAbstractNativeEventFilter>
 
+#include <cstdint>
 #include <functional>
 
 namespace tilmora {
@@ -19,6 +20,7 @@ public:
 private:
     std::function<void()> changed_;
     int firstEvent_ = -1;
+    std::uint32_t root_ = 0;
 };
 
 } // namespace tilmora

@@ -350,20 +350,34 @@ class Canvas(unittest.TestCase):
         self.assertGreater(time.monotonic() - started, 2.0)
 
     def test_the_cards_follow_a_monitor_that_changes(self):
-        self.assertEqual(self.tilmora("identify").returncode, 0)
-        self.wait_for_overlays("Display Identifier")
         name, geometry, output = self.session.monitors[1][1]
-        self.session.run(["xrandr", "--delmonitor", name], check=True)
-        self.session.run(["xrandr", "--setmonitor", name, "1600/423x900/238+1440+0", output],
-                         check=True)
-        try:
-            # Within the cards' time: the right one made again on the monitor's new frame.
-            wait_for("a card on each monitor as it is now", lambda: self.overlays(
-                "Display Identifier") == [(0, 0, 1440, 900), (1440, 0, 1600, 900)])
-        finally:
+        changed = [(0, 0, 1440, 900), (1440, 0, 1600, 900)]
+        # The cards stay 2.5 s: on a busy machine the two xrandr calls alone can take most of
+        # that, and a card gone by then proves nothing either way. Such an attempt is made again.
+        for attempt in range(3):
+            started = time.monotonic()
+            self.assertEqual(self.tilmora("identify").returncode, 0)
+            self.wait_for_overlays("Display Identifier")
             self.session.run(["xrandr", "--delmonitor", name], check=True)
-            self.session.run(["xrandr", "--setmonitor", name, geometry, output], check=True)
-        wait_for("the cards to go", lambda: not self.overlays("Display Identifier"), timeout=8)
+            self.session.run(["xrandr", "--setmonitor", name, "1600/423x900/238+1440+0",
+                              output], check=True)
+            left = 2.5 - (time.monotonic() - started)
+            try:
+                # Within the cards' time: the right one made again on the monitor's new frame.
+                wait_for("a card on each monitor as it is now", lambda: self.overlays(
+                    "Display Identifier") == changed, timeout=max(left, 0.1))
+                followed = True
+            except SessionError:
+                followed = False
+                if left > 1.0 or attempt == 2:
+                    raise
+            finally:
+                self.session.run(["xrandr", "--delmonitor", name], check=True)
+                self.session.run(["xrandr", "--setmonitor", name, geometry, output], check=True)
+            wait_for("the cards to go", lambda: not self.overlays("Display Identifier"),
+                     timeout=8)
+            if followed:
+                return
 
 
 class EveryWindowManager(unittest.TestCase):
