@@ -3,9 +3,6 @@
 #include "ui/OverlayLog.h"
 #include "ui/PlacementCanvasView.h"
 
-#include <QGuiApplication>
-#include <QScreen>
-
 #include <algorithm>
 
 namespace tilmora {
@@ -83,8 +80,12 @@ void CanvasWindowPool::prepare(const std::vector<DisplayGeometry>& displays) {
 
 void CanvasWindowPool::giveBack(std::unique_ptr<PlacementCanvasView> view) {
     --leased_;
-    // One window per monitor is enough; more would only hold memory.
-    if (static_cast<qsizetype>(idle_.size()) < QGuiApplication::screens().size()) {
+    // One window per monitor is enough; more would only hold memory. The store's monitors, not
+    // Qt's screens: a monitor defined on part of an output is no screen of Qt's.
+    const bool alreadyKept = std::any_of(idle_.begin(), idle_.end(), [&view](const auto& idle) {
+        return idle->display() == view->display();
+    });
+    if (!alreadyKept) {
         idle_.push_back(std::move(view));
     }
 }
